@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace lx {
+
+// The ontology's MetaData row while the file is open, fields in the file's order.
+struct OntoMetaData {
+    QString Name;
+    QDateTime Created;
+    QDateTime Modified;
+    QString Owner;
+    QString Author;
+    QString Description;
+    QString Contact;
+    quint8 ListTop = 0;
+    quint8 MaxParents = 0;
+    QString DefLang;
+    bool Naming = false;
+    quint8 AutoName = 0;
+    quint8 ActiveSet = 0;
+};
+
+// The termbase's MetaData row while the file is open.
+struct TermMetaData {
+    QString Name;
+    QDateTime Created;
+    QDateTime Modified;
+    QString Owner;
+    QString Author;
+    QString Description;
+    QString Contact;
+    QString DCLang; // "en", "es", ...
+    bool CSBrowser = false;
+    QString Ontology; // path of the working ontology
+    QString DCList;   // "list" or "tree"
+};
+
+// What is open and its metadata, shared by every window. There is no lock and no
+// notification: a window reads a field when it needs it.
+struct ProcessState {
+    QString Quote;      // the double quote that delimits values in queries and criteria
+    QString TopConcept; // top concept of the open ontology
+    QString OntoPath;   // empty: no ontology open (the one test for that)
+    QString OntoFolder; // OntoPath less the file title, with its trailing separator
+    OntoMetaData OntoMeta;
+    QString TermPath;   // empty: no termbase open
+    QString TermFolder; // with its trailing separator
+    QString TermName;   // base of the sibling folders "-publish" and "-back"
+    TermMetaData TermMeta;
+    QList<QStringList> DataCats; // the data category table, one row per category
+};
+
+// The one process block.
+ProcessState &Process();
+// Puts the block back to its state at program start (tests).
+void ResetProcessState();
+
+// Folder of the executable without a trailing separator; LEXARBOR_HOME overrides it.
+QString AppPath();
+// Default folders of ontology and termbase files, with their trailing separator.
+QString OntologiesFolder();
+QString TermBasesFolder();
+// The seed database beside the program.
+QString SeedDatabasePath();
+
+// Creates the ontology and termbase folders when missing; nothing else is checked.
+// Throws std::filesystem::filesystem_error, with the platform's message, on failure.
+void EnsureProgramFolders();
+
+} // namespace lx

@@ -1,0 +1,9 @@
+target_sources(lexarbor_core PRIVATE
+    interaction.cpp
+    interaction.h
+    process.cpp
+    process.h
+    program.h
+    signal_label.cpp
+    signal_label.h
+)

@@ -1,0 +1,5 @@
+target_sources(lexarbor-tests-core PRIVATE
+    interaction_test.cpp
+    process_test.cpp
+    signal_label_test.cpp
+)
