@@ -1,0 +1,425 @@
+#include "connection.h"
+
+#include "core/store/errors.h"
+#include "core/text/collation.h"
+#include "core/text/like.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <map>
+#include <sqlite3.h>
+
+namespace lx::store::detail {
+
+namespace {
+
+// "LXAR": marks a SQLite file as one of ours.
+constexpr int kApplicationId = 0x4C584152;
+const char *const kCatalogTable = "__lexarbor_catalog";
+
+int collateLx(void *, int lenA, const void *a, int lenB, const void *b)
+{
+    return text::CompareText(std::string_view(static_cast<const char *>(a), size_t(lenA)),
+                             std::string_view(static_cast<const char *>(b), size_t(lenB)));
+}
+
+std::string_view textArg(sqlite3_value *v)
+{
+    const auto *p = reinterpret_cast<const char *>(sqlite3_value_text(v));
+    return std::string_view(p ? p : "", size_t(sqlite3_value_bytes(v)));
+}
+
+void likeFunction(sqlite3_context *ctx, int, sqlite3_value **argv)
+{
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) {
+        sqlite3_result_null(ctx);
+        return;
+    }
+    // Read the pattern first: text conversion of one argument must not move the other.
+    const std::string pattern(textArg(argv[1]));
+    sqlite3_result_int(ctx, text::LikeNoCase(textArg(argv[0]), pattern) ? 1 : 0);
+}
+
+// Connections to the same file share one change stamp, so a cursor notices writes made
+// through another handle of this process.
+std::shared_ptr<std::uint64_t> stampFor(const QString &path)
+{
+    static std::map<QString, std::weak_ptr<std::uint64_t>> stamps;
+    const QString key = QFileInfo(path).canonicalFilePath();
+    auto &slot = stamps[key];
+    if (auto existing = slot.lock())
+        return existing;
+    auto stamp = std::make_shared<std::uint64_t>(1);
+    slot = stamp;
+    return stamp;
+}
+
+QString sqliteMessage(sqlite3 *db, int rc)
+{
+    return QString::fromUtf8(db ? sqlite3_errmsg(db) : sqlite3_errstr(rc));
+}
+
+} // namespace
+
+// ---------------------------------------------------------------------------------------------
+
+Statement::Statement(Connection *connection, sqlite3_stmt *stmt, bool *inUse)
+    : m_connection(connection), m_stmt(stmt), m_inUse(inUse)
+{
+}
+
+Statement::Statement(Statement &&other) noexcept
+    : m_connection(other.m_connection), m_stmt(other.m_stmt), m_inUse(other.m_inUse)
+{
+    other.m_stmt = nullptr;
+}
+
+Statement::~Statement()
+{
+    if (!m_stmt)
+        return;
+    if (!m_inUse) {
+        sqlite3_finalize(m_stmt);
+        return;
+    }
+    sqlite3_reset(m_stmt);
+    sqlite3_clear_bindings(m_stmt);
+    *m_inUse = false;
+}
+
+void Statement::bindNull(int i)
+{
+    sqlite3_bind_null(m_stmt, i);
+}
+
+void Statement::bindInt(int i, std::int64_t v)
+{
+    sqlite3_bind_int64(m_stmt, i, v);
+}
+
+void Statement::bindText(int i, const std::string &utf8)
+{
+    sqlite3_bind_text(m_stmt, i, utf8.data(), int(utf8.size()), SQLITE_TRANSIENT);
+}
+
+void Statement::bindText(int i, QStringView text)
+{
+    bindText(i, text.toUtf8().toStdString());
+}
+
+void Statement::bindCell(int i, const Cell &cell)
+{
+    switch (cell.kind) {
+    case Cell::Null:
+        bindNull(i);
+        break;
+    case Cell::Integer:
+        bindInt(i, cell.integer);
+        break;
+    case Cell::Real:
+        sqlite3_bind_double(m_stmt, i, cell.real);
+        break;
+    case Cell::Text:
+        sqlite3_bind_text(m_stmt, i, cell.text.data(), int(cell.text.size()), SQLITE_TRANSIENT);
+        break;
+    }
+}
+
+bool Statement::step()
+{
+    const int rc = sqlite3_step(m_stmt);
+    if (rc == SQLITE_ROW)
+        return true;
+    if (rc == SQLITE_DONE)
+        return false;
+    m_connection->fail(rc);
+}
+
+int Statement::columnCount() const
+{
+    return sqlite3_column_count(m_stmt);
+}
+
+Cell Statement::cell(int column) const
+{
+    switch (sqlite3_column_type(m_stmt, column)) {
+    case SQLITE_NULL:
+        return Cell::null();
+    case SQLITE_INTEGER:
+        return Cell::fromInteger(sqlite3_column_int64(m_stmt, column));
+    case SQLITE_FLOAT:
+        return Cell::fromReal(sqlite3_column_double(m_stmt, column));
+    default: {
+        const auto *p = reinterpret_cast<const char *>(sqlite3_column_text(m_stmt, column));
+        return Cell::fromText(
+            std::string_view(p ? p : "", size_t(sqlite3_column_bytes(m_stmt, column))));
+    }
+    }
+}
+
+std::int64_t Statement::integer(int column) const
+{
+    return sqlite3_column_int64(m_stmt, column);
+}
+
+bool Statement::isNull(int column) const
+{
+    return sqlite3_column_type(m_stmt, column) == SQLITE_NULL;
+}
+
+// ---------------------------------------------------------------------------------------------
+
+Connection::Connection(const QString &path, sqlite3 *db)
+    : m_path(path), m_db(db), m_stamp(stampFor(path))
+{
+}
+
+Connection::~Connection()
+{
+    close();
+}
+
+std::shared_ptr<Connection> Connection::open(const QString &path)
+{
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists() || info.isDir())
+        throw StoreError::make(err::FileNotFound, path);
+    sqlite3 *db = nullptr;
+    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString message = sqliteMessage(db, rc);
+        sqlite3_close(db);
+        throw StoreError::make(err::CannotOpenFile, path, message);
+    }
+    std::shared_ptr<Connection> c(new Connection(path, db));
+    c->configure(false);
+    return c;
+}
+
+std::shared_ptr<Connection> Connection::create(const QString &path)
+{
+    if (QFileInfo::exists(path))
+        throw StoreError::make(err::DatabaseExists);
+    sqlite3 *db = nullptr;
+    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db,
+                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString message = sqliteMessage(db, rc);
+        sqlite3_close(db);
+        throw StoreError::make(err::CannotOpenFile, path, message);
+    }
+    std::shared_ptr<Connection> c(new Connection(path, db));
+    c->configure(true);
+    return c;
+}
+
+void Connection::configure(bool fresh)
+{
+    sqlite3_create_collation(m_db, "LX", SQLITE_UTF8, nullptr, collateLx);
+    sqlite3_create_function(m_db, "lx_like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                            likeFunction, nullptr, nullptr);
+    sqlite3_busy_timeout(m_db, 5000);
+    if (fresh) {
+        exec(QStringLiteral("PRAGMA application_id = %1").arg(kApplicationId));
+        exec(QStringLiteral("CREATE TABLE \"%1\" (json TEXT NOT NULL)")
+                 .arg(QLatin1String(kCatalogTable)));
+        exec(QStringLiteral("INSERT INTO \"%1\" VALUES ('{}')").arg(QLatin1String(kCatalogTable)));
+    } else {
+        // A file that SQLite can't read, or one that isn't ours, is not a store file.
+        int id = 0;
+        try {
+            Statement s = prepare(QStringLiteral("PRAGMA application_id"));
+            if (s.step())
+                id = int(s.integer(0));
+        } catch (const StoreError &) {
+            id = 0;
+        }
+        if (id != kApplicationId) {
+            const QString path = m_path;
+            close();
+            throw StoreError::make(err::UnrecognizedFormat, path);
+        }
+        loadCatalog();
+    }
+    // Each Update or Delete is its own committed transaction; in WAL mode a commit survives
+    // the process being killed right after it.
+    exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+    exec(QStringLiteral("PRAGMA synchronous = NORMAL"));
+    exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+}
+
+void Connection::loadCatalog()
+{
+    QByteArray json;
+    try {
+        Statement s = prepare(QStringLiteral("SELECT json FROM \"%1\"").arg(QLatin1String(kCatalogTable)));
+        if (s.step()) {
+            const Cell c = s.cell(0);
+            json = QByteArray(c.text.data(), qsizetype(c.text.size()));
+        }
+    } catch (const StoreError &) {
+        json.clear();
+    }
+    bool ok = false;
+    m_catalog = Catalog::fromJson(json, &ok);
+    if (!ok) {
+        const QString path = m_path;
+        close();
+        throw StoreError::make(err::UnrecognizedFormat, path);
+    }
+    refreshQueryCatalog();
+}
+
+void Connection::saveCatalog()
+{
+    Statement s = prepare(QStringLiteral("UPDATE \"%1\" SET json = ?").arg(QLatin1String(kCatalogTable)));
+    s.bindText(1, m_catalog.toJson().toStdString());
+    s.step();
+    refreshQueryCatalog();
+    noteChange();
+}
+
+void Connection::restoreCatalog(const Catalog &catalog)
+{
+    m_catalog = catalog;
+    refreshQueryCatalog();
+}
+
+void Connection::refreshQueryCatalog()
+{
+    m_queryTables.clear();
+    for (const TableDef &t : m_catalog.tables) {
+        sql::CatalogTable qt{t.Name, {}};
+        for (const Field &f : t.Fields)
+            qt.columns.push_back(sql::CatalogColumn{f.Name, FieldType(f.Type)});
+        m_queryTables.push_back(std::move(qt));
+    }
+}
+
+sql::TableLookup Connection::tableLookup()
+{
+    return [this](QStringView name) -> const sql::CatalogTable * {
+        for (const sql::CatalogTable &t : m_queryTables)
+            if (t.name.compare(name, Qt::CaseInsensitive) == 0)
+                return &t;
+        return nullptr;
+    };
+}
+
+const TableDef &Connection::table(QStringView name) const
+{
+    if (const TableDef *t = m_catalog.findTable(name))
+        return *t;
+    throw StoreError::make(err::ObjectNotFound, name.toString());
+}
+
+void Connection::close()
+{
+    if (!m_db)
+        return;
+    for (auto &entry : m_cache)
+        sqlite3_finalize(entry.second.stmt);
+    m_cache.clear();
+    sqlite3_close_v2(m_db);
+    m_db = nullptr;
+}
+
+void Connection::ensureOpen() const
+{
+    if (!m_db)
+        throw StoreError::make(err::InvalidOperation);
+}
+
+Statement Connection::prepare(const QString &sql)
+{
+    ensureOpen();
+    std::string key = sql.toStdString();
+    auto it = m_cache.find(key);
+    if (it != m_cache.end() && !it->second.inUse) {
+        it->second.inUse = true;
+        return Statement(this, it->second.stmt, &it->second.inUse);
+    }
+    sqlite3_stmt *stmt = nullptr;
+    const int rc = sqlite3_prepare_v3(m_db, key.data(), int(key.size()), SQLITE_PREPARE_PERSISTENT,
+                                      &stmt, nullptr);
+    if (rc != SQLITE_OK)
+        fail(rc, sql);
+    if (it != m_cache.end())  // the cached one is busy in an enclosing call: use a private copy
+        return Statement(this, stmt, nullptr);
+    auto inserted = m_cache.emplace(std::move(key), Cached{stmt, true}).first;
+    return Statement(this, stmt, &inserted->second.inUse);
+}
+
+void Connection::exec(const QString &sql)
+{
+    ensureOpen();
+    char *message = nullptr;
+    const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message);
+    sqlite3_free(message);
+    if (rc != SQLITE_OK)
+        fail(rc, sql);
+}
+
+std::int64_t Connection::lastInsertRowid() const
+{
+    return sqlite3_last_insert_rowid(m_db);
+}
+
+void Connection::fail(int rc, const QString &context)
+{
+    const int extended = m_db ? sqlite3_extended_errcode(m_db) : rc;
+    const QString message = sqliteMessage(m_db, rc);
+    switch (extended) {
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_UNIQUE:
+        throw StoreError::make(err::DuplicateKey);
+    case SQLITE_CONSTRAINT_NOTNULL:
+        throw StoreError::make(err::NullInIndex);
+    case SQLITE_CONSTRAINT_FOREIGNKEY:
+        throw StoreError::make(err::RelatedRecordRequired, QString());
+    default:
+        break;
+    }
+    switch (rc & 0xff) {
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        throw StoreError::make(err::UnrecognizedFormat, m_path);
+    case SQLITE_READONLY:
+        throw StoreError::make(err::ReadOnly);
+    case SQLITE_CANTOPEN:
+        throw StoreError::make(err::CannotOpenFile, m_path, message);
+    default:
+        break;
+    }
+    Q_UNUSED(context);
+    throw StoreError(err::Reserved, ErrorDescription(err::Reserved, QString::number(rc)) +
+                                        QLatin1Char(' ') + message);
+}
+
+QVariant cellToVariant(const Cell &cell, int fieldType)
+{
+    switch (cell.kind) {
+    case Cell::Null:
+        return {};
+    case Cell::Integer:
+        if (fieldType == dbBoolean)
+            return QVariant(cell.integer != 0);
+        if (fieldType == dbByte || fieldType == dbLong)
+            return QVariant(int(cell.integer));
+        if (fieldType == dbText || fieldType == dbMemo)
+            return QVariant(QString::number(cell.integer));
+        return QVariant(qlonglong(cell.integer));
+    case Cell::Real:
+        return QVariant(cell.real);
+    case Cell::Text: {
+        const QString text = QString::fromUtf8(cell.text.data(), qsizetype(cell.text.size()));
+        if (fieldType == dbDate)
+            return QVariant(QDateTime::fromString(text, Qt::ISODate));
+        return QVariant(text);
+    }
+    }
+    return {};
+}
+
+} // namespace lx::store::detail

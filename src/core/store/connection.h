@@ -1,0 +1,109 @@
+#pragma once
+
+#include "core/store/catalog.h"
+#include "core/store/sql/jetsql.h"
+#include "core/store/types.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace lx::store::detail {
+
+class Connection;
+
+// A prepared statement borrowed from the connection's cache; reset when it goes out of scope,
+// so no statement stays active between calls into the store (an active read would hold back
+// the commit of the next write).
+class Statement {
+public:
+    Statement(Connection *connection, sqlite3_stmt *stmt, bool *inUse);
+    Statement(Statement &&other) noexcept;
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+    Statement &operator=(Statement &&) = delete;
+    ~Statement();
+
+    void bindNull(int i);
+    void bindInt(int i, std::int64_t v);
+    void bindText(int i, const std::string &utf8);
+    void bindText(int i, QStringView text);
+    void bindCell(int i, const Cell &cell);
+
+    // True while a row is there; throws StoreError on failure.
+    bool step();
+    int columnCount() const;
+    Cell cell(int column) const;  // text is valid until the next step
+    std::int64_t integer(int column) const;
+    bool isNull(int column) const;
+
+private:
+    Connection *m_connection;
+    sqlite3_stmt *m_stmt;
+    bool *m_inUse;  // the cache's flag; nullptr for a private statement, finalized here
+};
+
+// One open file: the SQLite handle, the statement cache, the file's catalog and the stamp
+// that tells cursors whether anything was written since they last looked.
+class Connection {
+public:
+    static std::shared_ptr<Connection> open(const QString &path);
+    static std::shared_ptr<Connection> create(const QString &path);
+    ~Connection();
+
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    void close();
+    bool isOpen() const { return m_db != nullptr; }
+    void ensureOpen() const;
+    const QString &path() const { return m_path; }
+
+    Statement prepare(const QString &sql);
+    void exec(const QString &sql);
+    // Throws the StoreError for a SQLite result code.
+    [[noreturn]] void fail(int rc, const QString &context = {});
+
+    const Catalog &catalog() const { return m_catalog; }
+    Catalog &catalogForUpdate() { return m_catalog; }
+    void saveCatalog();
+    void restoreCatalog(const Catalog &catalog);
+    const TableDef &table(QStringView name) const;  // 3011 when absent
+    sql::TableLookup tableLookup();
+
+    // Changes to the file through any connection of this process.
+    std::uint64_t changeStamp() const { return *m_stamp; }
+    void noteChange() { ++*m_stamp; }
+
+    std::int64_t lastInsertRowid() const;
+
+private:
+    Connection(const QString &path, sqlite3 *db);
+    void configure(bool fresh);
+    void loadCatalog();
+    void refreshQueryCatalog();
+
+    QString m_path;
+    sqlite3 *m_db = nullptr;
+    Catalog m_catalog;
+    std::vector<sql::CatalogTable> m_queryTables;
+    std::shared_ptr<std::uint64_t> m_stamp;
+    struct Cached {
+        sqlite3_stmt *stmt = nullptr;
+        bool inUse = false;
+    };
+    std::unordered_map<std::string, Cached> m_cache;
+    friend class Statement;
+};
+
+// Value conversions between the engine's cells and the program's variants.
+QVariant cellToVariant(const Cell &cell, int fieldType);
+
+} // namespace lx::store::detail

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "core/store/catalog.h"
+#include "core/store/recordset.h"
+#include "core/store/types.h"
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace lx::store {
+
+namespace detail {
+class Connection;
+}
+
+// The locale and format option every file is created with. The locale fixes the text order of
+// the file: general, case-insensitive.
+inline const QString dbLangGeneral = QStringLiteral(";LANGID=0x0409;CP=1252;COUNTRY=0");
+inline constexpr int dbVersion40 = 64;
+
+// One open store file. Copies share the same open file; Close closes it for all of them.
+class Database {
+public:
+    Database() = default;
+
+    bool isOpen() const;
+    QString Name() const;  // the file's path
+    void Close();
+
+    // A table name (table type by default) or a SELECT text (dynaset by default).
+    Recordset OpenRecordset(const QString &source, int type = 0);
+
+    // Building a file.
+    TableDef CreateTableDef(const QString &name) const { return TableDef{name, {}, {}}; }
+    Relation CreateRelation(const QString &name, const QString &table,
+                            const QString &foreignTable, int attributes) const;
+    void Append(const TableDef &table);        // TableDefs.Append
+    void Append(const Relation &relation);     // Relations.Append
+    std::vector<TableDef> TableDefs() const;
+    std::vector<Relation> Relations() const;
+
+    // Writes everything still in the write-ahead log into the file itself, so the file can be
+    // copied on its own while it stays open.
+    void Checkpoint();
+
+private:
+    friend class DBEngine;
+    friend class Workspace;
+    explicit Database(std::shared_ptr<detail::Connection> connection);
+    detail::Connection &connection() const;
+
+    std::shared_ptr<detail::Connection> m_connection;
+};
+
+class Workspace {
+public:
+    // Creates a new file; 3204 when the file exists. Locale and option are accepted as given
+    // (dbLangGeneral and dbVersion40 are the only ones in use).
+    Database CreateDatabase(const QString &path, const QString &locale, int option = dbVersion40);
+};
+
+class DBEngine {
+public:
+    // Opens a file for reading and writing. 3024 when it doesn't exist (nothing is created),
+    // 3343 when it isn't a store file.
+    static Database OpenDatabase(const QString &path);
+    // The form with a connect string (";pwd=..."); the password is accepted.
+    static Database OpenDatabase(const QString &path, bool exclusive, bool readOnly,
+                                 const QString &connect);
+    static Workspace &Workspaces(int index = 0);
+};
+
+} // namespace lx::store

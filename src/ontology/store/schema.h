@@ -1,0 +1,29 @@
+#pragma once
+
+#include "core/store/database.h"
+
+#include <QString>
+
+namespace lx {
+
+// Concept type codes of CONCEPTS.Type.
+enum ConceptType : int {
+    ctObject = 1,
+    ctEvent = 2,
+    ctAttribute = 3,
+    ctRelation = 4,
+    ctSpecial = 5,
+    ctHiddenSpecial = 14,
+    ctTop = 100,
+};
+
+// Builds an empty ontology file at `path`: the twelve tables with their fields and indexes,
+// then the thirteen relations, all cascading updates and deletes. Fails with 3204 when the
+// file exists. The new file becomes the process's open ontology, and the seed content is
+// copied into it.
+store::Database CreateOntologySchema(const QString &path);
+
+// The tables and relations alone, on an open, empty database.
+void BuildOntologyTables(store::Database &db);
+
+} // namespace lx
