@@ -1,2 +1,35 @@
-#include <QCoreApplication>
-int main(int argc, char **argv) { QCoreApplication app(argc, argv); return 0; }
+#include "core/interaction.h"
+#include "core/program.h"
+#include "ui/forms.h"
+#include "ui/qt_interaction.h"
+#include "ui/start.h"
+
+#include <QApplication>
+
+#include <exception>
+#include <unistd.h>
+
+int main(int argc, char **argv)
+{
+    // The embedded browser's sandbox refuses to run as root unless told not to.
+    if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(lx::ProgramName());
+    QApplication::setApplicationVersion(lx::ProgramVersion());
+
+    lx::ui::QtInteraction interaction;
+    const lx::InteractionScope scope(interaction);
+    int rc = 1;
+    try {
+        lx::ui::Main();
+        rc = QApplication::exec();
+    } catch (const std::exception &error) {
+        // Start has no handling of its own: the failure's text, and the program ends.
+        lx::UI().SetMousePointer(lx::pointer::Default);
+        lx::UI().MsgBox(QString::fromLocal8Bit(error.what()), lx::msg::Critical);
+    }
+    lx::ui::Forms().UnloadAll();
+    return rc;
+}

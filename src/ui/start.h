@@ -1,0 +1,14 @@
+#pragma once
+
+#include "ui/frm_splash.h"
+
+#include <chrono>
+
+namespace lx::ui {
+
+// Program start: the main window comes up disabled under the splash, the program's folders are
+// made, and the splash's timer hands over. Throws std::filesystem::filesystem_error when a
+// folder can't be created.
+void Main(std::chrono::milliseconds splashInterval = frmSplash::DefaultInterval);
+
+} // namespace lx::ui

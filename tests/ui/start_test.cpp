@@ -1,0 +1,126 @@
+#include "ui/frm_onto_edit.h"
+#include "ui/frm_splash.h"
+#include "ui/start.h"
+#include "ui_fixture.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+
+#include <filesystem>
+
+namespace {
+
+using lx::ui::Forms;
+using lx::ui::frmOntoEdit;
+using lx::ui::frmSplash;
+namespace pointer = lx::pointer;
+
+class StartTest : public lx::test::UiTest {
+protected:
+    QStringList homeEntries() const
+    {
+        return QDir(home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    }
+    static frmSplash *splash() { return Forms().Find<frmSplash>(); }
+    static frmOntoEdit &main() { return *Forms().Find<frmOntoEdit>(); }
+};
+
+TEST_F(StartTest, MakesBothFoldersWhenMissing)
+{
+    lx::ui::Main();
+    EXPECT_EQ(homeEntries(),
+              (QStringList{QStringLiteral("Ontologies"), QStringLiteral("TermBases")}));
+}
+
+TEST_F(StartTest, ChangesNothingWhenTheFoldersExist)
+{
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("Ontologies")));
+    ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("TermBases")));
+    QFile kept(home.filePath(QStringLiteral("TermBases/kept.ltb")));
+    ASSERT_TRUE(kept.open(QIODevice::WriteOnly));
+    kept.close();
+
+    lx::ui::Main();
+    EXPECT_EQ(homeEntries(),
+              (QStringList{QStringLiteral("Ontologies"), QStringLiteral("TermBases")}));
+    EXPECT_EQ(QDir(home.filePath(QStringLiteral("TermBases"))).entryList(QDir::Files),
+              QStringList{QStringLiteral("kept.ltb")});
+    EXPECT_TRUE(QDir(home.filePath(QStringLiteral("Ontologies"))).isEmpty());
+}
+
+TEST_F(StartTest, StartsDisabledUnderTheSplashWithTheHourglass)
+{
+    lx::ui::Main();
+    ASSERT_NE(splash(), nullptr);
+    EXPECT_EQ(Forms().list(), (QList<QWidget *>{&main(), splash()}));
+    EXPECT_FALSE(main().isEnabled());
+    EXPECT_TRUE(main().isVisible());
+    EXPECT_TRUE(splash()->isVisible());
+    EXPECT_EQ(user.MousePointer(), pointer::Hourglass);
+    EXPECT_TRUE(splash()->tmrSplash->isActive());
+    EXPECT_EQ(splash()->tmrSplash->interval(), 3500);
+}
+
+TEST_F(StartTest, TimerHandsOverToTheMainWindow)
+{
+    lx::ui::Main();
+    splash()->tmrSplash_Timer();
+
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(user.MousePointer(), pointer::Default);
+    EXPECT_EQ(splash(), nullptr);
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+    // Only new, open and help respond before an ontology is open.
+    for (int place = 1; place <= frmOntoEdit::ToolBarPlaces; ++place) {
+        const bool live = place == 1 || place == 2 || place == 16;
+        EXPECT_EQ(main().ToolButton(place)->isEnabled(), live) << "place " << place;
+    }
+}
+
+TEST_F(StartTest, TheTimerItselfFiresTheHandOver)
+{
+    lx::ui::Main(std::chrono::milliseconds(0));
+    // A timer of no interval is due at the first pass of the event loop; no waiting.
+    for (int pass = 0; pass < 10 && splash(); ++pass)
+        QCoreApplication::processEvents();
+    EXPECT_EQ(splash(), nullptr);
+    EXPECT_TRUE(main().isEnabled());
+    EXPECT_EQ(user.MousePointer(), pointer::Default);
+}
+
+// Dismissing the splash by hand leaves the main window disabled and the hourglass on.
+TEST_F(StartTest, KeyOrClickOnTheSplashOnlyTakesItAway)
+{
+    for (int by = 0; by < 2; ++by) {
+        lx::ui::Main();
+        const QPointer<QTimer> timer(splash()->tmrSplash);
+        if (by == 0)
+            QTest::keyClick(splash(), Qt::Key_Escape);
+        else
+            QTest::mouseClick(splash(), Qt::LeftButton);
+
+        EXPECT_EQ(splash(), nullptr);
+        ASSERT_FALSE(timer.isNull());
+        EXPECT_FALSE(timer->isActive());
+        lx::test::FlushDeletes();
+        EXPECT_TRUE(timer.isNull()) << "the timer goes with the splash";
+        EXPECT_FALSE(main().isEnabled());
+        EXPECT_EQ(user.MousePointer(), pointer::Hourglass);
+        Forms().UnloadAll();
+    }
+}
+
+TEST_F(StartTest, AFolderThatCantBeMadeEndsTheStart)
+{
+    QFile blocker(home.filePath(QStringLiteral("TermBases")));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    EXPECT_THROW(lx::ui::Main(), std::filesystem::filesystem_error);
+    EXPECT_TRUE(QDir(home.filePath(QStringLiteral("Ontologies"))).exists());
+}
+
+} // namespace
