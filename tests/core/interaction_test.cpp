@@ -34,15 +34,6 @@ TEST(ScriptedInteraction, RecordsTextTitleButtonsIconAndDefault)
     EXPECT_TRUE(ui.unexpectedCalls().isEmpty());
 }
 
-TEST(ScriptedInteraction, StyleDecomposesIntoItsThreeParts)
-{
-    const int style = msg::YesNoCancel | msg::Exclamation | msg::DefaultButton3;
-    EXPECT_EQ(msg::ButtonSet(style), msg::YesNoCancel);
-    EXPECT_EQ(msg::Icon(style), msg::Exclamation);
-    EXPECT_EQ(msg::DefaultButton(style), msg::DefaultButton3);
-    EXPECT_EQ(msg::Icon(msg::RetryCancel | msg::Critical), msg::Critical);
-}
-
 TEST(ScriptedInteraction, InputBoxAndDialogsAnswerInOrder)
 {
     ScriptedInteraction ui;

@@ -78,15 +78,4 @@ TEST(ProgramFolders, AFileInTheWayEndsStartWithAnError)
     EXPECT_THROW(lx::EnsureProgramFolders(), std::filesystem::filesystem_error);
 }
 
-TEST(ProcessState, ResetEmptiesTheBlock)
-{
-    lx::Process().OntoPath = QStringLiteral("/x/a.ont");
-    lx::Process().OntoMeta.Naming = true;
-    lx::Process().DataCats = {{QStringLiteral("1.1"), QStringLiteral("term")}};
-    lx::ResetProcessState();
-    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
-    EXPECT_FALSE(lx::Process().OntoMeta.Naming);
-    EXPECT_TRUE(lx::Process().DataCats.isEmpty());
-}
-
 } // namespace
