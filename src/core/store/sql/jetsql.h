@@ -42,8 +42,18 @@ struct OutputColumn {
     FieldType type = dbText;
 };
 
+// An equality of the ON conditions between a column of one source and one of another
+// (left.column = right.column); an insert through a join copies the key across it.
+struct JoinKey {
+    int leftSource = -1;
+    QString leftColumn;
+    int rightSource = -1;
+    QString rightColumn;
+};
+
 struct CompiledQuery {
     std::vector<Source> sources;
+    std::vector<JoinKey> joinKeys; // filled by the engine's own scan of the ON conditions if empty
     std::vector<OutputColumn> columns;
     bool distinct = false;     // DISTINCT: rows are values only, not updatable
     bool distinctRow = false;  // DISTINCTROW: one row per combination of source rows that give columns
@@ -55,6 +65,7 @@ struct CompiledQuery {
     // Pieces of the same statement, so the engine can re-read or search rows:
     QString fromSql;                 // "FROM ..." with every join
     QString whereSql;                // the WHERE condition without the keyword; empty if none
+    QString groupBySql;              // "GROUP BY <rowids>" for DISTINCTROW over part of a join
     QString orderBySql;              // "ORDER BY ..." or empty
     std::vector<QString> rowidSql;   // per source, its rowid expression, e.g. "\"ISA\".rowid"
     std::vector<QString> columnSql;  // per output column, its SQLite expression

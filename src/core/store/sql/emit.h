@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ast.h"
+
+#include <QString>
+
+namespace lx::store::sql::detail {
+
+// The SQLite text of an expression whose columns are resolved (Expr::sql set). Every operation
+// is parenthesised, so the dialect's precedence never depends on SQLite's.
+QString EmitExpr(const Expr &e);
+
+// The field type an expression yields, for the result columns.
+FieldType ExprType(const Expr &e);
+
+// True when the expression is text for certain (literal, date, concatenation, text column).
+bool IsTextExpr(const Expr &e);
+
+} // namespace lx::store::sql::detail
