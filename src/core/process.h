@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/store/database.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QString>
@@ -52,6 +54,18 @@ struct ProcessState {
     QString TermName;   // base of the sibling folders "-publish" and "-back"
     TermMetaData TermMeta;
     QList<QStringList> DataCats; // the data category table, one row per category
+
+    store::Database OntoDB;       // the open ontology
+    store::Database TermDB;       // the open termbase
+    store::Recordset rsInherit;   // ontology table Inherit, index Attr, kept open
+    // Termbase tables kept open while the termbase is.
+    store::Recordset rsElements;   // elements, index elemID
+    store::Recordset rsDatCats;    // read-only view of the data categories
+    store::Recordset rsElemLang;   // elements_use_lang, index elemID
+    store::Recordset rsTextValues; // text_values, index elemID
+    store::Recordset rsPointers;   // pointers, index elemID
+    store::Recordset rsRefValues;  // ref_values, index elemID
+    store::Recordset rsTEConcepts; // TE_CONCEPTS, index elemID
 };
 
 // The one process block.

@@ -1,5 +1,6 @@
 #include "schema.h"
 
+#include "core/process.h"
 #include "ontology/store/seed.h"
 
 #include <initializer_list>
@@ -138,6 +139,7 @@ Database CreateOntologySchema(const QString &path)
 {
     Database db = DBEngine::Workspaces(0).CreateDatabase(path, dbLangGeneral, dbVersion40);
     BuildOntologyTables(db);
+    Process().OntoDB = db;
     CopySeedContent(db);
     return db;
 }

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+struct sqlite3;
+
+namespace lx::bench {
+
+inline constexpr int kConcepts = 100000;
+
+// An ontology file of kConcepts generated concepts (identifiers of letters A-W and hyphens,
+// with one "XYLOPHONE-LAST" added last), made once per run in a temporary folder.
+const QString &ConceptsFile();
+// The identifier of a concept near the end of the file.
+QString LateConcept();
+// A fresh, empty ontology file in the run's temporary folder.
+QString FreshOntologyFile();
+
+// A raw SQLite connection that can read and write our files: our collation registered, the
+// same pragmas as the store.
+sqlite3 *OpenRaw(const QString &path);
+
+std::string GeneratedIdentifier(int i);
+
+} // namespace lx::bench
