@@ -28,6 +28,16 @@ ExprPtr MakeBinary(BinaryOp op, ExprPtr a, ExprPtr b)
     return e;
 }
 
+// A run of ANDs or ORs as a balanced tree, so that a long generated list of conditions does not
+// make a tree as deep as it is long (later passes recurse over it).
+ExprPtr Balanced(BinaryOp op, std::vector<ExprPtr> &terms, std::size_t from, std::size_t to)
+{
+    if (to - from == 1)
+        return std::move(terms[from]);
+    const std::size_t mid = from + (to - from + 1) / 2;
+    return MakeBinary(op, Balanced(op, terms, from, mid), Balanced(op, terms, mid, to));
+}
+
 class Parser {
 public:
     explicit Parser(QStringView text) : m_text(text), m_tokens(Tokenize(text)) {}
@@ -78,14 +88,6 @@ private:
         return t.kind == TokenKind::BracketName ||
                (t.kind == TokenKind::Name && !IsReservedWord(t.text));
     }
-    bool atClauseEnd() const
-    {
-        const Token &t = peek();
-        return t.kind == TokenKind::End || t.isSymbol(";") || t.isKeyword("FROM") ||
-               t.isKeyword("WHERE") || t.isKeyword("ORDER") || t.isKeyword("INNER") ||
-               t.isKeyword("LEFT") || t.isKeyword("RIGHT") || t.isKeyword("JOIN");
-    }
-
     [[noreturn]] void fail() const;
     void beginExpression(int error)
     {
@@ -286,18 +288,20 @@ ExprPtr Parser::expression()
 
 ExprPtr Parser::orTerm()
 {
-    ExprPtr e = andTerm();
+    std::vector<ExprPtr> terms;
+    terms.push_back(andTerm());
     while (acceptKeyword("OR"))
-        e = MakeBinary(BinaryOp::Or, std::move(e), andTerm());
-    return e;
+        terms.push_back(andTerm());
+    return Balanced(BinaryOp::Or, terms, 0, terms.size());
 }
 
 ExprPtr Parser::andTerm()
 {
-    ExprPtr e = notTerm();
+    std::vector<ExprPtr> terms;
+    terms.push_back(notTerm());
     while (acceptKeyword("AND"))
-        e = MakeBinary(BinaryOp::And, std::move(e), notTerm());
-    return e;
+        terms.push_back(notTerm());
+    return Balanced(BinaryOp::And, terms, 0, terms.size());
 }
 
 ExprPtr Parser::notTerm()
@@ -376,15 +380,20 @@ ExprPtr Parser::comparison()
 ExprPtr Parser::concatenation()
 {
     ExprPtr e = additive();
-    while (acceptSymbol("&"))
+    for (int n = 0; acceptSymbol("&"); ++n) {
+        if (n > kMaxDepth)
+            fail();
         e = MakeBinary(BinaryOp::Concat, std::move(e), additive());
+    }
     return e;
 }
 
 ExprPtr Parser::additive()
 {
     ExprPtr e = multiplicative();
-    for (;;) {
+    for (int n = 0;; ++n) {
+        if (n > kMaxDepth)
+            fail(); // these chains nest to the left, one level per operator
         if (acceptSymbol("+"))
             e = MakeBinary(BinaryOp::Add, std::move(e), multiplicative());
         else if (acceptSymbol("-"))
@@ -397,7 +406,9 @@ ExprPtr Parser::additive()
 ExprPtr Parser::multiplicative()
 {
     ExprPtr e = unary();
-    for (;;) {
+    for (int n = 0;; ++n) {
+        if (n > kMaxDepth)
+            fail();
         if (acceptSymbol("*"))
             e = MakeBinary(BinaryOp::Mul, std::move(e), unary());
         else if (acceptSymbol("/"))
@@ -417,8 +428,8 @@ ExprPtr Parser::unary()
         --m_depth;
         return e;
     }
-    if (acceptSymbol("+"))
-        return unary();
+    while (acceptSymbol("+")) {
+    }
     return primary();
 }
 

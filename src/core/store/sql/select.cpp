@@ -152,7 +152,8 @@ void SelectCompiler::collectJoinKeys(const Expr &on)
 void SelectCompiler::resolve(Expr &e)
 {
     if (e.kind == ExprKind::Column && !resolveColumn(e)) {
-        // Unknown names are parameters to the classic engine; it asks for all of them at once.
+        // An unknown name counts as a parameter; the error reports how many distinct ones there
+        // are.
         const QString name = e.writtenName();
         const QString folded = name.toCaseFolded();
         if (!m_unknownFolded.contains(folded)) {
