@@ -1,4 +1,6 @@
 target_sources(lexarbor_core PRIVATE
+    command.cpp
+    command.h
     interaction.cpp
     interaction.h
     process.cpp

@@ -1,5 +1,7 @@
 #include "ui/frm_onto_edit.h"
 
+#include "core/command.h"
+
 #include "core/interaction.h"
 #include "core/process.h"
 #include "ui/forms.h"
@@ -139,9 +141,9 @@ void frmOntoEdit::buildMenus()
     mnuHelpTool = MakeItem(mnuHelp, QStringLiteral("mnuHelpTool"), QStringLiteral("&Help Tool"));
     mnuHelpAbout = MakeItem(mnuHelp, QStringLiteral("mnuHelpAbout"), QStringLiteral("&About"));
 
-    connect(mnuFileExit, &QAction::triggered, this, &frmOntoEdit::mnuFileExit_Click);
-    connect(mnuHelpTool, &QAction::triggered, this, &frmOntoEdit::mnuHelpTool_Click);
-    connect(mnuHelpAbout, &QAction::triggered, this, &frmOntoEdit::mnuHelpAbout_Click);
+    connect(mnuFileExit, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuFileExit_Click));
+    connect(mnuHelpTool, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuHelpTool_Click));
+    connect(mnuHelpAbout, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuHelpAbout_Click));
 }
 
 void frmOntoEdit::buildToolBar()
@@ -158,7 +160,8 @@ void frmOntoEdit::buildToolBar()
         button->setObjectName(key);
         button->setToolTip(QString::fromLatin1(def.tip));
         button->setProperty("imageKey", QString::fromLatin1(def.image));
-        connect(button, &QAction::triggered, this, [this, key] { ToolBar1_ButtonClick(key); });
+        connect(button, &QAction::triggered, this,
+                [this, key] { RunCommand([this, key] { ToolBar1_ButtonClick(key); }); });
         m_places.append(button);
         ++place;
     }

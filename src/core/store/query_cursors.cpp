@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <set>
 #include <unordered_map>
 
 namespace lx::store::detail {
@@ -16,8 +15,8 @@ namespace {
 // What a query recordset needs of its compiled query: its tables, columns and join keys.
 class QueryCursor : public RecordsetImpl {
 protected:
-    QueryCursor(std::shared_ptr<Connection> c, const QString &text)
-        : RecordsetImpl(std::move(c)), m_query(sql::CompileSelect(text, connection().tableLookup()))
+    QueryCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query)
+        : RecordsetImpl(std::move(c)), m_query(std::move(query))
     {
         Connection &conn = connection();
         m_defs.reserve(m_query.sources.size());
@@ -40,18 +39,12 @@ protected:
         for (const sql::JoinKey &k : m_query.joinKeys)
             m_joinKeys.push_back(JoinKey{k.leftSource, m_defs[size_t(k.leftSource)].fieldIndex(k.leftColumn),
                                          k.rightSource, m_defs[size_t(k.rightSource)].fieldIndex(k.rightColumn)});
-        m_contributes.assign(m_sources.size(), false);
-        for (const Column &col : m_columns)
-            if (col.source >= 0)
-                m_contributes[size_t(col.source)] = true;
     }
 
-    QString selectOf(const std::vector<QString> &terms, bool distinct = false) const
+    QString selectOf(const std::vector<QString> &terms) const
     {
-        QStringList list(terms.begin(), terms.end());
-        QString text = (distinct ? QStringLiteral("SELECT DISTINCT ") : QStringLiteral("SELECT ")) +
-                       list.join(QLatin1Char(',')) + QLatin1Char(' ') + m_query.fromSql;
-        return text;
+        const QStringList list(terms.begin(), terms.end());
+        return QStringLiteral("SELECT ") + list.join(QLatin1Char(',')) + QLatin1Char(' ') + m_query.fromSql;
     }
     QString whereClause() const
     {
@@ -91,14 +84,13 @@ protected:
 
     sql::CompiledQuery m_query;
     std::vector<TableDef> m_defs;
-    std::vector<bool> m_contributes;
 };
 
 // A snapshot is a copy of the rows taken at open (and at Requery).
 class SnapshotCursor final : public QueryCursor {
 public:
-    SnapshotCursor(std::shared_ptr<Connection> c, const QString &text, int reportedType)
-        : QueryCursor(std::move(c), text), m_type(reportedType), m_rows(int(m_columns.size()))
+    SnapshotCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query, int reportedType)
+        : QueryCursor(std::move(c), std::move(query)), m_type(reportedType), m_rows(int(m_columns.size()))
     {
         load();
     }
@@ -177,32 +169,16 @@ private:
     void load()
     {
         Connection &c = connection();
-        const bool distinctRows = m_query.distinctRow && m_sources.size() > 1;
-        const QString text = m_query.distinct
-                                 ? selectOf(m_query.columnSql, true) + whereClause() + orderClause()
-                                 : m_query.sql;
-        const int skip = m_query.distinct ? 0 : int(m_sources.size());
-        Statement s = c.prepare(text);
+        // The statement gives the rowids first (Null under DISTINCT), then the columns.
+        const int skip = int(m_sources.size());
+        Statement s = c.prepare(m_query.sql);
         m_rows.reset(int(m_columns.size()));
-        std::set<std::vector<std::int64_t>> seen;
         const int width = int(m_columns.size());
-        while (s.step()) {
-            if (distinctRows && !firstOfItsRows(s, seen))
-                continue;
+        while (s.step())
             for (int col = 0; col < width; ++col)
                 m_rows.append(s.cell(skip + col));
-        }
         m_pos = 0;
         m_eof = m_bof = m_rows.empty();
-    }
-
-    bool firstOfItsRows(const Statement &s, std::set<std::vector<std::int64_t>> &seen) const
-    {
-        std::vector<std::int64_t> key;
-        for (size_t i = 0; i < m_sources.size(); ++i)
-            if (m_contributes[i])
-                key.push_back(s.isNull(int(i)) ? INT64_MIN : s.integer(int(i)));
-        return seen.insert(std::move(key)).second;
     }
 
     void moveTo(long pos)
@@ -222,8 +198,8 @@ private:
 // values live, and takes in the rows added through itself.
 class DynasetCursor final : public QueryCursor {
 public:
-    DynasetCursor(std::shared_ptr<Connection> c, const QString &text)
-        : QueryCursor(std::move(c), text), m_stride(m_sources.size()), m_current(int(m_columns.size()))
+    DynasetCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query)
+        : QueryCursor(std::move(c), std::move(query)), m_stride(m_sources.size()), m_current(int(m_columns.size()))
     {
         QStringList where;
         for (size_t i = 0; i < m_sources.size(); ++i)
@@ -352,24 +328,17 @@ private:
     void load()
     {
         Connection &c = connection();
-        const bool distinctRows = m_query.distinctRow && m_stride > 1;
-        Statement s = c.prepare(selectOf(m_query.rowidSql) + whereClause() + orderClause());
+        // Under DISTINCTROW the query's GROUP BY keeps one row per row of the tables that give
+        // columns.
+        const QString groupBy = m_query.groupBySql.isEmpty() ? QString() : QLatin1Char(' ') + m_query.groupBySql;
+        Statement s = c.prepare(selectOf(m_query.rowidSql) + whereClause() + groupBy + orderClause());
         m_keys.clear();
         m_positions.clear();
-        std::set<std::vector<std::int64_t>> seen;
         std::vector<std::int64_t> key(m_stride);
         m_sortedByRowid = true;
         while (s.step()) {
             for (size_t i = 0; i < m_stride; ++i)
                 key[i] = s.isNull(int(i)) ? INT64_MIN : s.integer(int(i));
-            if (distinctRows) {
-                std::vector<std::int64_t> giving;
-                for (size_t i = 0; i < m_stride; ++i)
-                    if (m_contributes[i])
-                        giving.push_back(key[i]);
-                if (!seen.insert(std::move(giving)).second)
-                    continue;
-            }
             if (m_stride == 1 && !m_keys.empty() && key[0] <= m_keys.back())
                 m_sortedByRowid = false;
             m_keys.insert(m_keys.end(), key.begin(), key.end());
@@ -469,16 +438,17 @@ private:
 
 std::unique_ptr<RecordsetImpl> openDynaset(std::shared_ptr<Connection> c, const QString &sql)
 {
+    sql::CompiledQuery query = sql::CompileSelect(sql, c->tableLookup());
     // DISTINCT gives values rather than rows: such a dynaset is a read-only copy.
-    auto probe = sql::CompileSelect(sql, c->tableLookup());
-    if (probe.distinct)
-        return std::make_unique<SnapshotCursor>(std::move(c), sql, dbOpenDynaset);
-    return std::make_unique<DynasetCursor>(std::move(c), sql);
+    if (query.distinct)
+        return std::make_unique<SnapshotCursor>(std::move(c), std::move(query), dbOpenDynaset);
+    return std::make_unique<DynasetCursor>(std::move(c), std::move(query));
 }
 
 std::unique_ptr<RecordsetImpl> openSnapshot(std::shared_ptr<Connection> c, const QString &sql)
 {
-    return std::make_unique<SnapshotCursor>(std::move(c), sql, dbOpenSnapshot);
+    sql::CompiledQuery query = sql::CompileSelect(sql, c->tableLookup());
+    return std::make_unique<SnapshotCursor>(std::move(c), std::move(query), dbOpenSnapshot);
 }
 
 } // namespace lx::store::detail

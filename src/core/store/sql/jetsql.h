@@ -53,7 +53,7 @@ struct JoinKey {
 
 struct CompiledQuery {
     std::vector<Source> sources;
-    std::vector<JoinKey> joinKeys; // filled by the engine's own scan of the ON conditions if empty
+    std::vector<JoinKey> joinKeys; // the column equalities of every ON condition
     std::vector<OutputColumn> columns;
     bool distinct = false;     // DISTINCT: rows are values only, not updatable
     bool distinctRow = false;  // DISTINCTROW: one row per combination of source rows that give columns
