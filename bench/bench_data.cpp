@@ -37,8 +37,9 @@ void check(int rc, sqlite3 *db)
 std::string GeneratedIdentifier(int i)
 {
     // Syllables from A-W only, so a prefix "X" matches nothing but the last concept.
-    static const char *const syllables[] = {"KA", "LO", "MEN", "TRI", "SU", "VE", "PAR", "DO", "NI", "GRA",
-                                            "BE", "HU", "WO", "FEL", "RA", "ST", "QUI", "JO", "CE", "TA"};
+    static const char *const syllables[] = {"KA", "LO", "MEN", "TRI", "SU", "VE", "PAR",
+                                            "DO", "NI", "GRA", "BE",  "HU", "WO", "FEL",
+                                            "RA", "ST", "QUI", "JO",  "CE", "TA"};
     std::mt19937 rng(unsigned(i) * 2654435761u);
     std::string id;
     const int words = 1 + int(rng() % 3);
@@ -72,8 +73,9 @@ sqlite3 *OpenRaw(const QString &path)
     sqlite3 *db = nullptr;
     check(sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr), db);
     sqlite3_create_collation(db, "LX", SQLITE_UTF8, nullptr, collate);
-    check(sqlite3_exec(db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON;",
-                       nullptr, nullptr, nullptr),
+    check(sqlite3_exec(
+              db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON;",
+              nullptr, nullptr, nullptr),
           db);
     return db;
 }
@@ -93,7 +95,8 @@ const QString &ConceptsFile()
         const std::string definition = "A concept generated for measuring, with a definition of "
                                        "about the usual length.";
         for (int i = 0; i < kConcepts; ++i) {
-            const std::string id = i == kConcepts - 1 ? std::string("XYLOPHONE-LAST") : GeneratedIdentifier(i);
+            const std::string id =
+                i == kConcepts - 1 ? std::string("XYLOPHONE-LAST") : GeneratedIdentifier(i);
             sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
             sqlite3_bind_text(stmt, 2, definition.data(), int(definition.size()), SQLITE_STATIC);
             check(sqlite3_step(stmt), db);

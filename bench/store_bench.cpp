@@ -1,6 +1,5 @@
 // The record store against raw SQLite on a 100,000-row CONCEPTS table.
 #include "bench_data.h"
-
 #include "core/store/database.h"
 
 #include <benchmark/benchmark.h>
@@ -59,7 +58,8 @@ BENCHMARK(BM_FindFirstPrefix)->Unit(benchmark::kMillisecond);
 void BM_FindFirstEquals(benchmark::State &state)
 {
     Database db = DBEngine::OpenDatabase(ConceptsFile());
-    Recordset rs = db.OpenRecordset(QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"), dbOpenDynaset);
+    Recordset rs =
+        db.OpenRecordset(QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"), dbOpenDynaset);
     const QString criteria = QStringLiteral("Concept = \"%1\"").arg(lx::bench::LateConcept());
     for (auto _ : state) {
         rs.FindFirst(criteria);
@@ -106,8 +106,8 @@ void BM_RawInsertRowByRow(benchmark::State &state)
 {
     sqlite3 *db = lx::bench::OpenRaw(lx::bench::FreshOntologyFile());
     sqlite3_stmt *stmt = nullptr;
-    sqlite3_prepare_v2(db, "INSERT INTO CONCEPTS (Concept, Definition, Type) VALUES (?, ?, 1)", -1, &stmt,
-                       nullptr);
+    sqlite3_prepare_v2(db, "INSERT INTO CONCEPTS (Concept, Definition, Type) VALUES (?, ?, 1)", -1,
+                       &stmt, nullptr);
     int i = 0;
     const std::string definition = "A concept written row by row.";
     for (auto _ : state) {

@@ -10,7 +10,8 @@ void RunCommand(const std::function<void()> &command)
     try {
         command();
     } catch (const store::StoreError &e) {
-        UI().MsgBox(QStringLiteral("Error %1 - %2").arg(e.number()).arg(e.description()), msg::Critical);
+        UI().MsgBox(QStringLiteral("Error %1 - %2").arg(e.number()).arg(e.description()),
+                    msg::Critical);
     }
 }
 

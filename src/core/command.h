@@ -10,8 +10,7 @@ namespace lx {
 void RunCommand(const std::function<void()> &command);
 
 // A handler for a signal that runs `method` of `receiver` as a command.
-template <class Receiver>
-auto Command(Receiver *receiver, void (Receiver::*method)())
+template <class Receiver> auto Command(Receiver *receiver, void (Receiver::*method)())
 {
     return [receiver, method] { RunCommand([receiver, method] { (receiver->*method)(); }); };
 }

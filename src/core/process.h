@@ -55,9 +55,9 @@ struct ProcessState {
     TermMetaData TermMeta;
     QList<QStringList> DataCats; // the data category table, one row per category
 
-    store::Database OntoDB;       // the open ontology
-    store::Database TermDB;       // the open termbase
-    store::Recordset rsInherit;   // ontology table Inherit, index Attr, kept open
+    store::Database OntoDB;     // the open ontology
+    store::Database TermDB;     // the open termbase
+    store::Recordset rsInherit; // ontology table Inherit, index Attr, kept open
     // Termbase tables kept open while the termbase is.
     store::Recordset rsElements;   // elements, index elemID
     store::Recordset rsDatCats;    // read-only view of the data categories

@@ -1,7 +1,6 @@
 #include "ui/frm_onto_edit.h"
 
 #include "core/command.h"
-
 #include "core/interaction.h"
 #include "core/process.h"
 #include "ui/forms.h"
@@ -143,7 +142,8 @@ void frmOntoEdit::buildMenus()
 
     connect(mnuFileExit, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuFileExit_Click));
     connect(mnuHelpTool, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuHelpTool_Click));
-    connect(mnuHelpAbout, &QAction::triggered, this, Command(this, &frmOntoEdit::mnuHelpAbout_Click));
+    connect(mnuHelpAbout, &QAction::triggered, this,
+            Command(this, &frmOntoEdit::mnuHelpAbout_Click));
 }
 
 void frmOntoEdit::buildToolBar()

@@ -11,7 +11,7 @@ TEST(Command, AStoreFailureEndsTheCommandWithNumberAndDescriptionAndTheProgramGo
     bool after = false;
     RunCommand([&] {
         throw store::StoreError::make(store::err::DuplicateKey);
-        after = true;  // never reached: the failure ends the command
+        after = true; // never reached: the failure ends the command
     });
     EXPECT_FALSE(after);
     ASSERT_EQ(user.calls().size(), 1);

@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 // Expects `statement` to throw the record store's error number `expected`.
-#define EXPECT_STORE_ERROR(statement, expected)                                                      \
+#define EXPECT_STORE_ERROR(statement, expected)                                                    \
     do {                                                                                           \
         try {                                                                                      \
             statement;                                                                             \
-            ADD_FAILURE() << "expected store error " << (expected);                                  \
+            ADD_FAILURE() << "expected store error " << (expected);                                \
         } catch (const lx::store::StoreError &e) {                                                 \
-            EXPECT_EQ(e.number(), (expected)) << e.description().toStdString();                      \
+            EXPECT_EQ(e.number(), (expected)) << e.description().toStdString();                    \
         }                                                                                          \
     } while (0)
 

@@ -14,10 +14,10 @@ namespace lx::store {
 struct Field {
     QString Name;
     int Type = dbText;
-    int Size = 0;                  // characters, for Text
-    int Attributes = 0;            // dbAutoIncrField
+    int Size = 0;       // characters, for Text
+    int Attributes = 0; // dbAutoIncrField
     bool AllowZeroLength = false;
-    QString ForeignName;           // in a Relation: the field of the foreign table
+    QString ForeignName; // in a Relation: the field of the foreign table
 
     bool isAutoNumber() const { return (Attributes & dbAutoIncrField) != 0; }
     bool isText() const { return Type == dbText || Type == dbMemo; }
@@ -53,10 +53,10 @@ struct TableDef {
 
 struct Relation {
     QString Name;
-    QString Table;         // the primary table
-    QString ForeignTable;  // the table that refers to it
+    QString Table;        // the primary table
+    QString ForeignTable; // the table that refers to it
     int Attributes = 0;
-    std::vector<Field> Fields;  // Name in Table, ForeignName in ForeignTable
+    std::vector<Field> Fields; // Name in Table, ForeignName in ForeignTable
 
     Field CreateField(const QString &name) const
     {

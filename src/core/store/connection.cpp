@@ -66,8 +66,7 @@ QString sqliteMessage(sqlite3 *db, int rc)
 
 Statement::Statement(Connection *connection, sqlite3_stmt *stmt, bool *inUse)
     : m_connection(connection), m_stmt(stmt), m_inUse(inUse)
-{
-}
+{}
 
 Statement::Statement(Statement &&other) noexcept
     : m_connection(other.m_connection), m_stmt(other.m_stmt), m_inUse(other.m_inUse)
@@ -172,8 +171,7 @@ bool Statement::isNull(int column) const
 
 Connection::Connection(const QString &path, sqlite3 *db)
     : m_path(path), m_db(db), m_stamp(stampFor(path))
-{
-}
+{}
 
 Connection::~Connection()
 {
@@ -253,7 +251,8 @@ void Connection::loadCatalog()
 {
     QByteArray json;
     try {
-        Statement s = prepare(QStringLiteral("SELECT json FROM \"%1\"").arg(QLatin1String(kCatalogTable)));
+        Statement s =
+            prepare(QStringLiteral("SELECT json FROM \"%1\"").arg(QLatin1String(kCatalogTable)));
         if (s.step()) {
             const Cell c = s.cell(0);
             json = QByteArray(c.text.data(), qsizetype(c.text.size()));
@@ -273,7 +272,8 @@ void Connection::loadCatalog()
 
 void Connection::saveCatalog()
 {
-    Statement s = prepare(QStringLiteral("UPDATE \"%1\" SET json = ?").arg(QLatin1String(kCatalogTable)));
+    Statement s =
+        prepare(QStringLiteral("UPDATE \"%1\" SET json = ?").arg(QLatin1String(kCatalogTable)));
     s.bindText(1, m_catalog.toJson().toStdString());
     s.step();
     refreshQueryCatalog();
@@ -345,7 +345,7 @@ Statement Connection::prepare(const QString &sql)
                                       &stmt, nullptr);
     if (rc != SQLITE_OK)
         fail(rc, sql);
-    if (it != m_cache.end())  // the cached one is busy in an enclosing call: use a private copy
+    if (it != m_cache.end()) // the cached one is busy in an enclosing call: use a private copy
         return Statement(this, stmt, nullptr);
     auto inserted = m_cache.emplace(std::move(key), Cached{stmt, true}).first;
     return Statement(this, stmt, &inserted->second.inUse);

@@ -40,14 +40,14 @@ public:
     // True while a row is there; throws StoreError on failure.
     bool step();
     int columnCount() const;
-    Cell cell(int column) const;  // text is valid until the next step
+    Cell cell(int column) const; // text is valid until the next step
     std::int64_t integer(int column) const;
     bool isNull(int column) const;
 
 private:
     Connection *m_connection;
     sqlite3_stmt *m_stmt;
-    bool *m_inUse;  // the cache's flag; nullptr for a private statement, finalized here
+    bool *m_inUse; // the cache's flag; nullptr for a private statement, finalized here
 };
 
 // One open file: the SQLite handle, the statement cache, the file's catalog and the stamp
@@ -75,7 +75,7 @@ public:
     Catalog &catalogForUpdate() { return m_catalog; }
     void saveCatalog();
     void restoreCatalog(const Catalog &catalog);
-    const TableDef &table(QStringView name) const;  // 3011 when absent
+    const TableDef &table(QStringView name) const; // 3011 when absent
     sql::TableLookup tableLookup();
 
     // Changes to the file through any connection of this process.

@@ -26,7 +26,7 @@ public:
     Database() = default;
 
     bool isOpen() const;
-    QString Name() const;  // the file's path
+    QString Name() const; // the file's path
     void Close();
 
     // A table name (table type by default) or a SELECT text (dynaset by default).
@@ -34,10 +34,10 @@ public:
 
     // Building a file.
     TableDef CreateTableDef(const QString &name) const { return TableDef{name, {}, {}}; }
-    Relation CreateRelation(const QString &name, const QString &table,
-                            const QString &foreignTable, int attributes) const;
-    void Append(const TableDef &table);        // TableDefs.Append
-    void Append(const Relation &relation);     // Relations.Append
+    Relation CreateRelation(const QString &name, const QString &table, const QString &foreignTable,
+                            int attributes) const;
+    void Append(const TableDef &table);    // TableDefs.Append
+    void Append(const Relation &relation); // Relations.Append
     std::vector<TableDef> TableDefs() const;
     std::vector<Relation> Relations() const;
 

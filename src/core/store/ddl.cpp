@@ -93,15 +93,17 @@ QString createTableSql(const TableDef &def, const Catalog &catalog, const QStrin
     for (const Relation &r : catalog.relations) {
         if (!same(r.ForeignTable, def.Name))
             continue;
-        QString fk = QStringLiteral("FOREIGN KEY (%1) REFERENCES %2 (%3)")
-                         .arg(fieldList(r.Fields, true), SqlIdentifier(r.Table), fieldList(r.Fields, false));
+        QString fk =
+            QStringLiteral("FOREIGN KEY (%1) REFERENCES %2 (%3)")
+                .arg(fieldList(r.Fields, true), SqlIdentifier(r.Table), fieldList(r.Fields, false));
         if (r.cascadesUpdates())
             fk += QStringLiteral(" ON UPDATE CASCADE");
         if (r.cascadesDeletes())
             fk += QStringLiteral(" ON DELETE CASCADE");
         parts << fk;
     }
-    return QStringLiteral("CREATE TABLE %1 (%2)").arg(SqlIdentifier(sqliteName), parts.join(QStringLiteral(", ")));
+    return QStringLiteral("CREATE TABLE %1 (%2)")
+        .arg(SqlIdentifier(sqliteName), parts.join(QStringLiteral(", ")));
 }
 
 QStringList createIndexSql(const TableDef &def, const Catalog &catalog)
@@ -109,9 +111,10 @@ QStringList createIndexSql(const TableDef &def, const Catalog &catalog)
     QStringList statements;
     for (const Index &idx : def.Indexes) {
         if (idx.Primary || idx.Unique)
-            continue;  // made with the table
+            continue; // made with the table
         statements << QStringLiteral("CREATE INDEX %1 ON %2 (%3)")
-                          .arg(indexName(def, idx.Name), SqlIdentifier(def.Name), fieldList(idx.Fields, false));
+                          .arg(indexName(def, idx.Name), SqlIdentifier(def.Name),
+                               fieldList(idx.Fields, false));
     }
     for (const Relation &r : catalog.relations) {
         if (!same(r.ForeignTable, def.Name))
@@ -122,8 +125,8 @@ QStringList createIndexSql(const TableDef &def, const Catalog &catalog)
         if (coveredByIndex(def, fields))
             continue;
         statements << QStringLiteral("CREATE INDEX %1 ON %2 (%3)")
-                          .arg(indexName(def, QStringLiteral("fk::") + r.Name), SqlIdentifier(def.Name),
-                               fieldList(r.Fields, true));
+                          .arg(indexName(def, QStringLiteral("fk::") + r.Name),
+                               SqlIdentifier(def.Name), fieldList(r.Fields, true));
     }
     return statements;
 }

@@ -86,8 +86,7 @@ QString ErrorDescription(int number, const QString &arg1, const QString &arg2)
 
 StoreError::StoreError(int number, const QString &description)
     : std::runtime_error(description.toStdString()), m_number(number), m_description(description)
-{
-}
+{}
 
 StoreError StoreError::make(int number, const QString &arg1, const QString &arg2)
 {

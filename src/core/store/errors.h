@@ -11,9 +11,9 @@ namespace lx::store {
 namespace err {
 inline constexpr int InvalidUseOfNull = 94;
 inline constexpr int Overflow = 6;
-inline constexpr int Reserved = 3000;           // an engine failure with no number of its own
+inline constexpr int Reserved = 3000; // an engine failure with no number of its own
 inline constexpr int TableExists = 3010;
-inline constexpr int ObjectNotFound = 3011;     // e.g. a table that a query needs
+inline constexpr int ObjectNotFound = 3011; // e.g. a table that a query needs
 inline constexpr int ObjectExists = 3012;
 inline constexpr int UpdateWithoutEdit = 3020;
 inline constexpr int NoCurrentRecord = 3021;
@@ -25,7 +25,7 @@ inline constexpr int NullInIndex = 3058;
 inline constexpr int TooFewParameters = 3061;
 inline constexpr int UnknownFieldInCriteria = 3070;
 inline constexpr int SyntaxErrorInQueryExpression = 3075;
-inline constexpr int SyntaxErrorInExpression = 3077;   // FindFirst criteria
+inline constexpr int SyntaxErrorInExpression = 3077; // FindFirst criteria
 inline constexpr int CannotFindInputTable = 3078;
 inline constexpr int SyntaxErrorInFrom = 3131;
 inline constexpr int SyntaxErrorInOrderBy = 3138;
@@ -42,7 +42,7 @@ inline constexpr int ZeroLengthString = 3315;
 inline constexpr int UnrecognizedFormat = 3343;
 inline constexpr int DataTypeConversion = 3421;
 inline constexpr int ActionCancelled = 3426;
-inline constexpr int InvalidSql = 3129;        // not a SELECT statement
+inline constexpr int InvalidSql = 3129; // not a SELECT statement
 } // namespace err
 
 // Description of an error number, with %1 (and %2) filled from the arguments.

@@ -37,18 +37,22 @@ protected:
             m_columns.push_back(col);
         }
         for (const sql::JoinKey &k : m_query.joinKeys)
-            m_joinKeys.push_back(JoinKey{k.leftSource, m_defs[size_t(k.leftSource)].fieldIndex(k.leftColumn),
-                                         k.rightSource, m_defs[size_t(k.rightSource)].fieldIndex(k.rightColumn)});
+            m_joinKeys.push_back(
+                JoinKey{k.leftSource, m_defs[size_t(k.leftSource)].fieldIndex(k.leftColumn),
+                        k.rightSource, m_defs[size_t(k.rightSource)].fieldIndex(k.rightColumn)});
     }
 
     QString selectOf(const std::vector<QString> &terms) const
     {
         const QStringList list(terms.begin(), terms.end());
-        return QStringLiteral("SELECT ") + list.join(QLatin1Char(',')) + QLatin1Char(' ') + m_query.fromSql;
+        return QStringLiteral("SELECT ") + list.join(QLatin1Char(',')) + QLatin1Char(' ') +
+               m_query.fromSql;
     }
     QString whereClause() const
     {
-        return m_query.whereSql.isEmpty() ? QString() : QStringLiteral(" WHERE (") + m_query.whereSql + QLatin1Char(')');
+        return m_query.whereSql.isEmpty()
+                   ? QString()
+                   : QStringLiteral(" WHERE (") + m_query.whereSql + QLatin1Char(')');
     }
     QString orderClause() const
     {
@@ -76,7 +80,8 @@ protected:
                                Qt::CaseInsensitive) == 0)
                 return int(i);
             if (c.source >= 0 && c.sourceAlias.compare(ref.qualifier, Qt::CaseInsensitive) == 0 &&
-                m_defs[size_t(c.source)].Fields[size_t(c.baseField)].Name.compare(ref.name, Qt::CaseInsensitive) == 0)
+                m_defs[size_t(c.source)].Fields[size_t(c.baseField)].Name.compare(
+                    ref.name, Qt::CaseInsensitive) == 0)
                 return int(i);
         }
         return std::nullopt;
@@ -90,7 +95,8 @@ protected:
 class SnapshotCursor final : public QueryCursor {
 public:
     SnapshotCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query, int reportedType)
-        : QueryCursor(std::move(c), std::move(query)), m_type(reportedType), m_rows(int(m_columns.size()))
+        : QueryCursor(std::move(c), std::move(query)), m_type(reportedType),
+          m_rows(int(m_columns.size()))
     {
         load();
     }
@@ -141,12 +147,13 @@ public:
 
     void findFirst(const QString &criteria, bool fromCurrent) override
     {
-        const sql::Predicate match = sql::CompileCriteria(criteria, [this](sql::ColumnRef ref) -> std::optional<sql::ColumnSlot> {
-            const std::optional<int> i = findColumn(ref);
-            if (!i)
-                return std::nullopt;
-            return sql::ColumnSlot{*i, FieldType(m_columns[size_t(*i)].type)};
-        });
+        const sql::Predicate match = sql::CompileCriteria(
+            criteria, [this](sql::ColumnRef ref) -> std::optional<sql::ColumnSlot> {
+                const std::optional<int> i = findColumn(ref);
+                if (!i)
+                    return std::nullopt;
+                return sql::ColumnSlot{*i, FieldType(m_columns[size_t(*i)].type)};
+            });
         const size_t n = m_rows.size();
         for (size_t i = fromCurrent ? size_t(m_pos + 1) : 0; i < n; ++i) {
             if (match(m_rows.row(i))) {
@@ -199,12 +206,15 @@ private:
 class DynasetCursor final : public QueryCursor {
 public:
     DynasetCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query)
-        : QueryCursor(std::move(c), std::move(query)), m_stride(m_sources.size()), m_current(int(m_columns.size()))
+        : QueryCursor(std::move(c), std::move(query)), m_stride(m_sources.size()),
+          m_current(int(m_columns.size()))
     {
         QStringList where;
         for (size_t i = 0; i < m_sources.size(); ++i)
-            where << m_query.rowidSql[i] + (m_query.sources[i].nullable ? QStringLiteral(" IS ?") : QStringLiteral("=?"));
-        m_readSql = selectOf(m_query.columnSql) + QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND "));
+            where << m_query.rowidSql[i] + (m_query.sources[i].nullable ? QStringLiteral(" IS ?")
+                                                                        : QStringLiteral("=?"));
+        m_readSql = selectOf(m_query.columnSql) + QStringLiteral(" WHERE ") +
+                    where.join(QStringLiteral(" AND "));
         load();
     }
 
@@ -274,8 +284,10 @@ public:
     // dynaset's own order wins.
     void findFirst(const QString &criteria, bool fromCurrent) override
     {
-        const QString condition = sql::CompileCriteriaSql(criteria, [this](sql::ColumnRef ref) { return criteriaColumnSql(ref); });
-        QString text = selectOf(m_query.rowidSql) + QStringLiteral(" WHERE (") + condition + QLatin1Char(')');
+        const QString condition = sql::CompileCriteriaSql(
+            criteria, [this](sql::ColumnRef ref) { return criteriaColumnSql(ref); });
+        QString text =
+            selectOf(m_query.rowidSql) + QStringLiteral(" WHERE (") + condition + QLatin1Char(')');
         if (!m_appended && !m_query.whereSql.isEmpty())
             text += QStringLiteral(" AND (") + m_query.whereSql + QLatin1Char(')');
         const bool inOrder = m_stride == 1 && m_sortedByRowid;
@@ -330,8 +342,10 @@ private:
         Connection &c = connection();
         // Under DISTINCTROW the query's GROUP BY keeps one row per row of the tables that give
         // columns.
-        const QString groupBy = m_query.groupBySql.isEmpty() ? QString() : QLatin1Char(' ') + m_query.groupBySql;
-        Statement s = c.prepare(selectOf(m_query.rowidSql) + whereClause() + groupBy + orderClause());
+        const QString groupBy =
+            m_query.groupBySql.isEmpty() ? QString() : QLatin1Char(' ') + m_query.groupBySql;
+        Statement s =
+            c.prepare(selectOf(m_query.rowidSql) + whereClause() + groupBy + orderClause());
         m_keys.clear();
         m_positions.clear();
         std::vector<std::int64_t> key(m_stride);

@@ -48,15 +48,42 @@ detail::RecordsetImpl &Recordset::impl() const
     return *m_impl;
 }
 
-int Recordset::Type() const { return impl().type(); }
-void Recordset::Close() { m_impl.reset(); }
-long Recordset::RecordCount() const { return impl().recordCount(); }
-void Recordset::MoveFirst() { impl().moveFirst(); }
-void Recordset::MoveLast() { impl().moveLast(); }
-void Recordset::MoveNext() { impl().moveNext(); }
-void Recordset::MovePrevious() { impl().movePrevious(); }
-bool Recordset::Eof() const { return impl().eof(); }
-bool Recordset::Bof() const { return impl().bof(); }
+int Recordset::Type() const
+{
+    return impl().type();
+}
+void Recordset::Close()
+{
+    m_impl.reset();
+}
+long Recordset::RecordCount() const
+{
+    return impl().recordCount();
+}
+void Recordset::MoveFirst()
+{
+    impl().moveFirst();
+}
+void Recordset::MoveLast()
+{
+    impl().moveLast();
+}
+void Recordset::MoveNext()
+{
+    impl().moveNext();
+}
+void Recordset::MovePrevious()
+{
+    impl().movePrevious();
+}
+bool Recordset::Eof() const
+{
+    return impl().eof();
+}
+bool Recordset::Bof() const
+{
+    return impl().bof();
+}
 
 FieldRef Recordset::Fields(QStringView name) const
 {
@@ -70,23 +97,77 @@ FieldRef Recordset::Fields(int index) const
     return FieldRef(&impl(), index);
 }
 
-int Recordset::FieldCount() const { return int(impl().columns().size()); }
-Bookmark Recordset::GetBookmark() const { return impl().bookmark(); }
-void Recordset::SetBookmark(Bookmark bookmark) { impl().setBookmark(bookmark); }
-Bookmark Recordset::LastModified() const { return impl().lastModified(); }
-QString Recordset::Index() const { return impl().index(); }
-void Recordset::SetIndex(const QString &indexName) { impl().setIndex(indexName); }
-void Recordset::Seek(QStringView op, const QVariant &key) { impl().seek(op, QVariantList{key}); }
-void Recordset::Seek(QStringView op, const QVariantList &keys) { impl().seek(op, keys); }
-void Recordset::FindFirst(const QString &criteria) { impl().findFirst(criteria, false); }
-void Recordset::FindNext(const QString &criteria) { impl().findFirst(criteria, true); }
-bool Recordset::NoMatch() const { return impl().noMatch(); }
-void Recordset::AddNew() { impl().addNew(); }
-void Recordset::Edit() { impl().edit(); }
-void Recordset::Collect(QStringView name, const QVariant &value) { impl().collect(impl().columnIndex(name), value); }
-void Recordset::Update() { impl().update(); }
-void Recordset::CancelUpdate() { impl().cancelUpdate(); }
-void Recordset::Delete() { impl().deleteCurrent(); }
-void Recordset::Requery() { impl().requery(); }
+int Recordset::FieldCount() const
+{
+    return int(impl().columns().size());
+}
+Bookmark Recordset::GetBookmark() const
+{
+    return impl().bookmark();
+}
+void Recordset::SetBookmark(Bookmark bookmark)
+{
+    impl().setBookmark(bookmark);
+}
+Bookmark Recordset::LastModified() const
+{
+    return impl().lastModified();
+}
+QString Recordset::Index() const
+{
+    return impl().index();
+}
+void Recordset::SetIndex(const QString &indexName)
+{
+    impl().setIndex(indexName);
+}
+void Recordset::Seek(QStringView op, const QVariant &key)
+{
+    impl().seek(op, QVariantList{key});
+}
+void Recordset::Seek(QStringView op, const QVariantList &keys)
+{
+    impl().seek(op, keys);
+}
+void Recordset::FindFirst(const QString &criteria)
+{
+    impl().findFirst(criteria, false);
+}
+void Recordset::FindNext(const QString &criteria)
+{
+    impl().findFirst(criteria, true);
+}
+bool Recordset::NoMatch() const
+{
+    return impl().noMatch();
+}
+void Recordset::AddNew()
+{
+    impl().addNew();
+}
+void Recordset::Edit()
+{
+    impl().edit();
+}
+void Recordset::Collect(QStringView name, const QVariant &value)
+{
+    impl().collect(impl().columnIndex(name), value);
+}
+void Recordset::Update()
+{
+    impl().update();
+}
+void Recordset::CancelUpdate()
+{
+    impl().cancelUpdate();
+}
+void Recordset::Delete()
+{
+    impl().deleteCurrent();
+}
+void Recordset::Requery()
+{
+    impl().requery();
+}
 
 } // namespace lx::store

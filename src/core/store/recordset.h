@@ -19,11 +19,11 @@ class Recordset;
 class FieldRef {
 public:
     FieldRef(detail::RecordsetImpl *rs, int column) : m_rs(rs), m_column(column) {}
-    QVariant Value() const;          // a null QVariant is Null
-    QString Text() const;            // the value as text; 94 "Invalid use of Null" on Null
+    QVariant Value() const; // a null QVariant is Null
+    QString Text() const;   // the value as text; 94 "Invalid use of Null" on Null
     QString Name() const;
     int Type() const;
-    void setValue(const QVariant &value) const;  // the same as Collect
+    void setValue(const QVariant &value) const; // the same as Collect
 
 private:
     detail::RecordsetImpl *m_rs;
@@ -52,7 +52,7 @@ public:
     bool Eof() const;
     bool Bof() const;
 
-    FieldRef Fields(QStringView name) const;  // 3265 for an unknown name
+    FieldRef Fields(QStringView name) const; // 3265 for an unknown name
     FieldRef Fields(int index) const;
     int FieldCount() const;
     QVariant Value(QStringView name) const { return Fields(name).Value(); }

@@ -71,9 +71,10 @@ Cell toCell(const QVariant &value, const Field &field, std::string &holder)
     switch (field.Type) {
     case dbText:
     case dbMemo: {
-        const QString text = value.typeId() == QMetaType::Bool
-                                  ? (value.toBool() ? QStringLiteral("True") : QStringLiteral("False"))
-                                  : value.toString();
+        const QString text =
+            value.typeId() == QMetaType::Bool
+                ? (value.toBool() ? QStringLiteral("True") : QStringLiteral("False"))
+                : value.toString();
         if (text.isEmpty() && !field.AllowZeroLength)
             throw StoreError::make(err::ZeroLengthString, field.Name);
         if (field.Type == dbText && field.Size > 0 && text.size() > field.Size)
@@ -106,8 +107,7 @@ Cell toCell(const QVariant &value, const Field &field, std::string &holder)
 
 RecordsetImpl::RecordsetImpl(std::shared_ptr<Connection> connection)
     : m_connection(std::move(connection))
-{
-}
+{}
 
 Connection &RecordsetImpl::connection() const
 {
@@ -197,7 +197,7 @@ void RecordsetImpl::edit()
 {
     if (!updatable())
         throw StoreError::make(err::ReadOnly);
-    currentRow();  // 3021 / 3167 when there is no row to edit
+    currentRow(); // 3021 / 3167 when there is no row to edit
     m_buffer.assign(m_columns.size(), std::nullopt);
     m_mode = Mode::Edit;
 }
@@ -241,7 +241,8 @@ void RecordsetImpl::insertRows()
             if (size_t(k.rightSource) == s && !values[s][size_t(k.rightField)])
                 values[s][size_t(k.rightField)] = values[size_t(k.leftSource)][size_t(k.leftField)];
             if (size_t(k.leftSource) == s && !values[s][size_t(k.leftField)])
-                values[s][size_t(k.leftField)] = values[size_t(k.rightSource)][size_t(k.rightField)];
+                values[s][size_t(k.leftField)] =
+                    values[size_t(k.rightSource)][size_t(k.rightField)];
         }
         bool any = n == 1;
         for (const auto &v : values[s])
@@ -252,17 +253,17 @@ void RecordsetImpl::insertRows()
         const TableDef &def = *m_sources[s].def;
         const int alias = rowidAliasField(def);
         QStringList names;
-        std::vector<Cell> cells;     // in the order of `names`
-        std::vector<Cell> row(def.Fields.size());  // the whole row, to name a failed relation
+        std::vector<Cell> cells;                  // in the order of `names`
+        std::vector<Cell> row(def.Fields.size()); // the whole row, to name a failed relation
         std::vector<std::string> holders(def.Fields.size());
         for (size_t f = 0; f < def.Fields.size(); ++f) {
             const Field &field = def.Fields[f];
             if (!values[s][f] && field.isAutoNumber()) {
                 if (int(f) == alias)
-                    continue;  // SQLite numbers the row itself
-                Statement next = c.prepare(QStringLiteral("SELECT coalesce(max(%1),0)+1 FROM %2")
-                                               .arg(sql::SqlIdentifier(field.Name),
-                                                    sql::SqlIdentifier(def.Name)));
+                    continue; // SQLite numbers the row itself
+                Statement next = c.prepare(
+                    QStringLiteral("SELECT coalesce(max(%1),0)+1 FROM %2")
+                        .arg(sql::SqlIdentifier(field.Name), sql::SqlIdentifier(def.Name)));
                 next.step();
                 values[s][f] = QVariant(qlonglong(next.integer(0)));
             }
@@ -270,11 +271,12 @@ void RecordsetImpl::insertRows()
             row[f] = values[s][f] ? toCell(*values[s][f], field, holders[f]) : Cell::null();
             cells.push_back(row[f]);
         }
-        const QString text = names.isEmpty()
-                                 ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(sql::SqlIdentifier(def.Name))
-                                 : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                       .arg(sql::SqlIdentifier(def.Name), names.join(QLatin1Char(',')),
-                                            placeholders(int(names.size())));
+        const QString text =
+            names.isEmpty()
+                ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(sql::SqlIdentifier(def.Name))
+                : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                      .arg(sql::SqlIdentifier(def.Name), names.join(QLatin1Char(',')),
+                           placeholders(int(names.size())));
         try {
             Statement insert = c.prepare(text);
             for (size_t i = 0; i < cells.size(); ++i)
@@ -313,8 +315,9 @@ void RecordsetImpl::updateRows()
         if (sets.isEmpty() || rowids[s] == INT64_MIN)
             continue;
         try {
-            Statement upd = c.prepare(QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?")
-                                          .arg(sql::SqlIdentifier(def.Name), sets.join(QLatin1Char(','))));
+            Statement upd =
+                c.prepare(QStringLiteral("UPDATE %1 SET %2 WHERE rowid=?")
+                              .arg(sql::SqlIdentifier(def.Name), sets.join(QLatin1Char(','))));
             int i = 1;
             for (const Cell &cell : cells)
                 upd.bindCell(i++, cell);
@@ -334,7 +337,8 @@ void RecordsetImpl::updateRows()
                     QVariant v = changed ? *changed : QVariant();
                     if (!changed) {
                         for (size_t i = 0; i < m_columns.size(); ++i)
-                            if (size_t(m_columns[i].source) == s && size_t(m_columns[i].baseField) == f)
+                            if (size_t(m_columns[i].source) == s &&
+                                size_t(m_columns[i].baseField) == f)
                                 v = cellToVariant(row[i], m_columns[i].type);
                     }
                     full.push_back(toCell(v, def.Fields[f], fullHolders[f]));
@@ -365,8 +369,8 @@ void RecordsetImpl::deleteCurrent()
         if (!gives[s] || rowids[s] == INT64_MIN)
             continue;
         try {
-            Statement del = c.prepare(
-                QStringLiteral("DELETE FROM %1 WHERE rowid=?").arg(sql::SqlIdentifier(m_sources[s].def->Name)));
+            Statement del = c.prepare(QStringLiteral("DELETE FROM %1 WHERE rowid=?")
+                                          .arg(sql::SqlIdentifier(m_sources[s].def->Name)));
             del.bindInt(1, rowids[s]);
             del.step();
         } catch (const StoreError &e) {
@@ -393,15 +397,17 @@ void RecordsetImpl::checkRelationsAfterFailure(const SourceTable &source,
             bool hasNull = false;
             for (const Field &f : r.Fields) {
                 const int fi = source.def->fieldIndex(f.ForeignName);
-                const Cell v = fi >= 0 && size_t(fi) < values.size() ? values[size_t(fi)] : Cell::null();
+                const Cell v =
+                    fi >= 0 && size_t(fi) < values.size() ? values[size_t(fi)] : Cell::null();
                 hasNull = hasNull || v.kind == Cell::Null;
                 where << sql::SqlIdentifier(f.Name) + QStringLiteral("=?");
                 keys.push_back(v);
             }
             if (hasNull)
                 continue;
-            Statement probe = c.prepare(QStringLiteral("SELECT 1 FROM %1 WHERE %2 LIMIT 1")
-                                            .arg(sql::SqlIdentifier(r.Table), where.join(QStringLiteral(" AND "))));
+            Statement probe = c.prepare(
+                QStringLiteral("SELECT 1 FROM %1 WHERE %2 LIMIT 1")
+                    .arg(sql::SqlIdentifier(r.Table), where.join(QStringLiteral(" AND "))));
             for (size_t i = 0; i < keys.size(); ++i)
                 probe.bindCell(int(i) + 1, keys[i]);
             if (!probe.step())

@@ -17,9 +17,9 @@ namespace lx::store::detail {
 struct Column {
     QString name;
     int type = dbText;
-    int source = -1;         // index into sources(); -1: computed, read only
-    int baseField = -1;      // index of the field in that source's TableDef
-    QString sourceAlias;     // for "Alias.Field" lookups
+    int source = -1;     // index into sources(); -1: computed, read only
+    int baseField = -1;  // index of the field in that source's TableDef
+    QString sourceAlias; // for "Alias.Field" lookups
 };
 
 // A table behind a recordset.
@@ -58,7 +58,7 @@ public:
     virtual void requery();
     virtual bool updatable() const { return true; }
 
-    int columnIndex(QStringView name) const;  // 3265 when unknown
+    int columnIndex(QStringView name) const; // 3265 when unknown
     const std::vector<Column> &columns() const { return m_columns; }
     QVariant value(int column);
     bool noMatch() const { return m_noMatch; }

@@ -22,7 +22,8 @@ public:
         QStringList fields{QStringLiteral("rowid")};
         for (const Field &f : m_def.Fields)
             fields << SqlIdentifier(f.Name);
-        m_select = QStringLiteral("SELECT %1 FROM %2 ").arg(fields.join(QLatin1Char(',')), SqlIdentifier(m_def.Name));
+        m_select = QStringLiteral("SELECT %1 FROM %2 ")
+                       .arg(fields.join(QLatin1Char(',')), SqlIdentifier(m_def.Name));
         m_sources.front().def = &m_def;
         moveFirstIfAny();
     }
@@ -33,7 +34,8 @@ public:
     {
         Connection &c = connection();
         if (m_countStamp != c.changeStamp()) {
-            Statement s = c.prepare(QStringLiteral("SELECT count(*) FROM %1").arg(SqlIdentifier(m_def.Name)));
+            Statement s =
+                c.prepare(QStringLiteral("SELECT count(*) FROM %1").arg(SqlIdentifier(m_def.Name)));
             s.step();
             m_count = long(s.integer(0));
             m_countStamp = c.changeStamp();
@@ -156,14 +158,14 @@ public:
             try {
                 cell = toCell(keys[i], f, holders[size_t(i)]);
             } catch (const StoreError &) {
-                m_noMatch = true;  // a key that can't be in the field isn't there
+                m_noMatch = true; // a key that can't be in the field isn't there
                 return;
             }
             cells.push_back(cell);
         }
         Statement s = connection().prepare(m_select + QStringLiteral("WHERE ") +
-                                           where.join(QStringLiteral(" AND ")) + orderBy(backwards) +
-                                           QStringLiteral(" LIMIT 1"));
+                                           where.join(QStringLiteral(" AND ")) +
+                                           orderBy(backwards) + QStringLiteral(" LIMIT 1"));
         for (size_t i = 0; i < cells.size(); ++i)
             s.bindCell(int(i) + 1, cells[i]);
         m_noMatch = !s.step();
@@ -172,7 +174,10 @@ public:
     }
 
 protected:
-    void afterInsert(const std::vector<std::int64_t> &rowids) override { m_lastModified = rowids.front(); }
+    void afterInsert(const std::vector<std::int64_t> &rowids) override
+    {
+        m_lastModified = rowids.front();
+    }
     void afterUpdate() override {}
     void afterDelete() override { m_deleted = true; }
 
@@ -215,8 +220,9 @@ private:
             QStringList marks;
             for (size_t i = 0; i < names.size(); ++i)
                 marks << QStringLiteral("?");
-            where = QStringLiteral("(%1)>(%2)").arg(QStringList(names.begin(), names.end()).join(QLatin1Char(',')),
-                                                    marks.join(QLatin1Char(',')));
+            where = QStringLiteral("(%1)>(%2)")
+                        .arg(QStringList(names.begin(), names.end()).join(QLatin1Char(',')),
+                             marks.join(QLatin1Char(',')));
             binds = key;
         } else {
             where = chain(names, key, 0, before, binds);
@@ -239,10 +245,12 @@ private:
             binds.push_back(key[i]);
         if (i + 1 == names.size())
             return beyond;
-        const QString equal = null ? QStringLiteral("%1 IS NULL").arg(n) : QStringLiteral("%1=?").arg(n);
+        const QString equal =
+            null ? QStringLiteral("%1 IS NULL").arg(n) : QStringLiteral("%1=?").arg(n);
         if (!null)
             binds.push_back(key[i]);
-        return QStringLiteral("(%1 OR (%2 AND %3))").arg(beyond, equal, chain(names, key, i + 1, before, binds));
+        return QStringLiteral("(%1 OR (%2 AND %3))")
+            .arg(beyond, equal, chain(names, key, i + 1, before, binds));
     }
 
     bool fetchPage(const QString &where, const std::vector<Cell> &binds, bool backwards)

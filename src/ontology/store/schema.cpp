@@ -47,7 +47,7 @@ void appendTable(Database &db, const char *name, std::initializer_list<FieldSpec
     db.Append(td);
 }
 
-constexpr int kCascade = dbRelationUpdateCascades | dbRelationDeleteCascades;  // 4352
+constexpr int kCascade = dbRelationUpdateCascades | dbRelationDeleteCascades; // 4352
 
 void appendRelation(Database &db, const char *name, const char *table, const char *field,
                     const char *foreignTable, const char *foreignField)
@@ -64,19 +64,23 @@ void appendRelation(Database &db, const char *name, const char *table, const cha
 
 void BuildOntologyTables(Database &db)
 {
-    appendTable(db, "CONCEPTS",
-                {{"Concept", dbText, 255}, {"Definition", dbMemo}, {"Type", dbByte}, {"Subset_ID", dbByte}},
-                {{"Concept", {"Concept"}, true}});
-    appendTable(db, "Names",
-                {{"Name_ID", dbLong, 0, false, true},
-                 {"Concept", dbText, 255},
-                 {"Lang_ID", dbText, 2},
-                 {"Name", dbText, 255}},
-                {{"Name_ID", {"Name_ID"}, true}, {"Concept", {"Concept"}}, {"Lang_ID", {"Lang_ID"}}});
-    appendTable(db, "Languages", {{"Lang_ID", dbText, 2}, {"Language", dbText, 255}, {"Show", dbBoolean}},
+    appendTable(
+        db, "CONCEPTS",
+        {{"Concept", dbText, 255}, {"Definition", dbMemo}, {"Type", dbByte}, {"Subset_ID", dbByte}},
+        {{"Concept", {"Concept"}, true}});
+    appendTable(
+        db, "Names",
+        {{"Name_ID", dbLong, 0, false, true},
+         {"Concept", dbText, 255},
+         {"Lang_ID", dbText, 2},
+         {"Name", dbText, 255}},
+        {{"Name_ID", {"Name_ID"}, true}, {"Concept", {"Concept"}}, {"Lang_ID", {"Lang_ID"}}});
+    appendTable(db, "Languages",
+                {{"Lang_ID", dbText, 2}, {"Language", dbText, 255}, {"Show", dbBoolean}},
                 {{"Lang_ID", {"Lang_ID"}, true}, {"Language", {"Language"}}});
     appendTable(db, "TermBases", {{"DBName", dbMemo}}, {});
-    appendTable(db, "ISA", {{"Concept", dbText, 255}, {"ISA", dbText, 255}}, {{"ISA", {"Concept", "ISA"}, true}});
+    appendTable(db, "ISA", {{"Concept", dbText, 255}, {"ISA", dbText, 255}},
+                {{"ISA", {"Concept", "ISA"}, true}});
     appendTable(db, "ATTRIBUTES",
                 {{"Property_ID", dbLong, 0, false, true},
                  {"Concept", dbText, 255},
@@ -92,7 +96,9 @@ void BuildOntologyTables(Database &db)
                  {"Concept2", dbText, 255}},
                 {{"IdxRels", {"Relation_ID"}, true}});
     appendTable(db, "INVERSES", {{"Relation", dbText, 255}, {"Inverse", dbText, 255}},
-                {{"Rel-Inv", {"Relation", "Inverse"}, true}, {"Relation", {"Relation"}}, {"Inverse", {"Inverse"}}});
+                {{"Rel-Inv", {"Relation", "Inverse"}, true},
+                 {"Relation", {"Relation"}},
+                 {"Inverse", {"Inverse"}}});
     appendTable(db, "Notes",
                 {{"Note_ID", dbLong, 0, false, true},
                  {"Concept", dbText, 255},
@@ -117,8 +123,12 @@ void BuildOntologyTables(Database &db)
                 {{"IdxMD", {"MetaData_ID"}, true}});
     appendTable(db, "Subsets", {{"Subset_ID", dbByte}, {"Subset", dbText, 65}},
                 {{"Subset_ID", {"Subset_ID"}, true}, {"Subset", {"Subset"}}});
-    appendTable(db, "Inherit", {{"Attr", dbText, 255}, {"Value", dbText, 255}, {"From", dbText, 255}},
-                {{"AttrVal", {"Attr", "Value"}, true}, {"Attr", {"Attr"}}, {"Value", {"Value"}}, {"From", {"From"}}});
+    appendTable(db, "Inherit",
+                {{"Attr", dbText, 255}, {"Value", dbText, 255}, {"From", dbText, 255}},
+                {{"AttrVal", {"Attr", "Value"}, true},
+                 {"Attr", {"Attr"}},
+                 {"Value", {"Value"}},
+                 {"From", {"From"}}});
 
     appendRelation(db, "ConceptsISA", "CONCEPTS", "Concept", "ISA", "Concept");
     appendRelation(db, "ConceptsISA2", "CONCEPTS", "Concept", "ISA", "ISA");

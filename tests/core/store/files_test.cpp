@@ -23,7 +23,8 @@ TEST(StoreFiles, CreateRefusesAnExistingFileAndOpenNeverCreatesOne)
     EXPECT_STORE_ERROR(DBEngine::OpenDatabase(missing), err::FileNotFound);
     EXPECT_FALSE(QFileInfo::exists(missing));
 
-    Database again = DBEngine::OpenDatabase(path, false, false, QStringLiteral(";pwd=fennelgrotto"));
+    Database again =
+        DBEngine::OpenDatabase(path, false, false, QStringLiteral(";pwd=fennelgrotto"));
     EXPECT_TRUE(again.isOpen());
     EXPECT_EQ(again.Name(), path);
 }
@@ -105,8 +106,8 @@ TEST(StoreFiles, TheCatalogComesBackWithTheFile)
     EXPECT_EQ(tables[0].Fields[0].Size, 12);
     Recordset rs = db.OpenRecordset(QStringLiteral("words"));
     rs.AddNew();
-    EXPECT_STORE_ERROR(rs.Collect(u"WORD", QStringLiteral("thirteen char")); rs.Update(),
-                       err::FieldTooSmall);
+    EXPECT_STORE_ERROR(rs.Collect(u"WORD", QStringLiteral("thirteen char"));
+                       rs.Update(), err::FieldTooSmall);
 }
 
 // Each Update is committed when it returns: a writer killed without closing loses nothing.

@@ -7,9 +7,9 @@ TEST_F(StoreTest, ADuplicateKeyFailsAndLeavesTheRowInHandUnsaved)
     addParent(QStringLiteral("A"));
     Recordset rs = db.OpenRecordset(QStringLiteral("PARENTS"), dbOpenTable);
     rs.AddNew();
-    rs.Collect(u"Key", QStringLiteral("a"));  // keys compare without case
+    rs.Collect(u"Key", QStringLiteral("a")); // keys compare without case
     EXPECT_STORE_ERROR(rs.Update(), err::DuplicateKey);
-    EXPECT_EQ(rs.Fields(u"Key").Text(), QStringLiteral("a"));  // still in hand
+    EXPECT_EQ(rs.Fields(u"Key").Text(), QStringLiteral("a")); // still in hand
     rs.Collect(u"Key", QStringLiteral("B"));
     rs.Update();
     EXPECT_EQ(rs.RecordCount(), 2);
@@ -32,7 +32,7 @@ TEST_F(StoreTest, FieldRulesAreEnforced)
     rs.Collect(u"Type", 255);
     rs.Update();
     rs.AddNew();
-    EXPECT_STORE_ERROR(rs.Update(), err::NullInIndex);  // no key
+    EXPECT_STORE_ERROR(rs.Update(), err::NullInIndex); // no key
     rs.CancelUpdate();
     EXPECT_STORE_ERROR(rs.Update(), err::UpdateWithoutEdit);
 
@@ -49,13 +49,14 @@ TEST_F(StoreTest, RelationsRequireTheirParentAndCascadeUpdatesAndDeletes)
 {
     addParent(QStringLiteral("Old"));
     addChild(QStringLiteral("Old"), QStringLiteral("one"));
-    addChild(QStringLiteral("old"), QStringLiteral("two"));  // joins without regard to case
+    addChild(QStringLiteral("old"), QStringLiteral("two")); // joins without regard to case
     try {
         addChild(QStringLiteral("Nobody"), QStringLiteral("three"));
         ADD_FAILURE() << "orphan accepted";
     } catch (const StoreError &e) {
         EXPECT_EQ(e.number(), err::RelatedRecordRequired);
-        EXPECT_TRUE(e.description().contains(QStringLiteral("'PARENTS'"))) << e.description().toStdString();
+        EXPECT_TRUE(e.description().contains(QStringLiteral("'PARENTS'")))
+            << e.description().toStdString();
     }
 
     Recordset parents = db.OpenRecordset(QStringLiteral("PARENTS"), dbOpenDynaset);
@@ -103,7 +104,8 @@ TEST_F(StoreTest, ARelationOverRowsThatBreakItIsRefusedAndNothingIsLost)
     f.ForeignName = QStringLiteral("Ref");
     rel.Fields.push_back(f);
     EXPECT_STORE_ERROR(db.Append(rel), err::RelatedRecordRequired);
-    EXPECT_EQ(query(QStringLiteral("SELECT * FROM Loose"), QStringLiteral("Ref")), QStringList({"nowhere"}));
+    EXPECT_EQ(query(QStringLiteral("SELECT * FROM Loose"), QStringLiteral("Ref")),
+              QStringList({"nowhere"}));
     EXPECT_EQ(db.Relations().size(), 1u);
     EXPECT_STORE_ERROR(db.Append(t), err::TableExists);
 }

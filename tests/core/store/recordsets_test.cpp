@@ -30,7 +30,7 @@ TEST_F(StoreTest, TableRecordsetWalksRowsWithNullKeysFirstAndDuplicateKeysInOrde
     addParent(QStringLiteral("p"));
     addParent(QStringLiteral("q"));
     addChild(QStringLiteral("q"), QStringLiteral("last"));
-    for (int i = 0; i < 70; ++i)  // more than one page of rows
+    for (int i = 0; i < 70; ++i) // more than one page of rows
         addChild(QStringLiteral("p"), QString::number(i));
     Recordset nulls = db.OpenRecordset(QStringLiteral("Children"), dbOpenTable);
     nulls.AddNew();
@@ -52,7 +52,7 @@ TEST_F(StoreTest, SeekFindsTheFirstKeyAndAMissOnlySetsNoMatch)
         addParent(QString::fromLatin1(k));
     Recordset rs = db.OpenRecordset(QStringLiteral("PARENTS"));
     EXPECT_EQ(rs.Type(), dbOpenTable);
-    EXPECT_STORE_ERROR(rs.Seek(u"=", QStringLiteral("B")), err::InvalidOperation);  // no index yet
+    EXPECT_STORE_ERROR(rs.Seek(u"=", QStringLiteral("B")), err::InvalidOperation); // no index yet
     rs.SetIndex(QStringLiteral("Key"));
     rs.Seek(u"=", QStringLiteral("b"));
     ASSERT_FALSE(rs.NoMatch());
@@ -62,7 +62,7 @@ TEST_F(StoreTest, SeekFindsTheFirstKeyAndAMissOnlySetsNoMatch)
     EXPECT_EQ(rs.Fields(u"Key").Text(), QStringLiteral("B"));
     rs.MoveNext();
     EXPECT_EQ(rs.Fields(u"Key").Text(), QStringLiteral("C"));
-    rs.Seek(u"=", QString(300, QLatin1Char('x')));  // longer than the field: simply not there
+    rs.Seek(u"=", QString(300, QLatin1Char('x'))); // longer than the field: simply not there
     EXPECT_TRUE(rs.NoMatch());
 }
 
@@ -77,7 +77,7 @@ TEST_F(StoreTest, DeleteKeepsThePositionUntilMoveNext)
         rs.MoveFirst();
         rs.MoveNext();
         ASSERT_EQ(rs.Fields(u"Key").Text(), QStringLiteral("B"));
-        rs.Edit();  // harmless before Delete
+        rs.Edit(); // harmless before Delete
         rs.Delete();
         EXPECT_STORE_ERROR(rs.Fields(u"Key").Value(), err::RecordIsDeleted);
         EXPECT_FALSE(rs.Eof());
@@ -94,10 +94,11 @@ TEST_F(StoreTest, DynasetKeepsItsRowsReadsValuesLiveAndShowsItsOwnAdditions)
 {
     for (const char *k : {"A", "B", "C"})
         addParent(QString::fromLatin1(k));
-    Recordset rs = db.OpenRecordset(QStringLiteral("SELECT * FROM PARENTS ORDER BY Key"), dbOpenDynaset);
+    Recordset rs =
+        db.OpenRecordset(QStringLiteral("SELECT * FROM PARENTS ORDER BY Key"), dbOpenDynaset);
     EXPECT_GT(rs.RecordCount(), 0);
 
-    addParent(QStringLiteral("AA"));  // another recordset's row: not in this set
+    addParent(QStringLiteral("AA")); // another recordset's row: not in this set
     {
         Recordset other = db.OpenRecordset(QStringLiteral("PARENTS"), dbOpenTable);
         other.SetIndex(QStringLiteral("Key"));
@@ -166,7 +167,8 @@ TEST_F(StoreTest, FindFirstAndNoMatchOnEveryQueryType)
         EXPECT_TRUE(rs.NoMatch());
         rs.FindFirst(QStringLiteral("Key = \"nothing\""));
         EXPECT_TRUE(rs.NoMatch());
-        EXPECT_STORE_ERROR(rs.FindFirst(QStringLiteral("Key = \"AB\"C\"")), err::SyntaxErrorInExpression);
+        EXPECT_STORE_ERROR(rs.FindFirst(QStringLiteral("Key = \"AB\"C\"")),
+                           err::SyntaxErrorInExpression);
         EXPECT_STORE_ERROR(rs.FindFirst(QStringLiteral("Nope = 1")), err::UnknownFieldInCriteria);
     }
     Recordset table = db.OpenRecordset(QStringLiteral("PARENTS"), dbOpenTable);

@@ -13,8 +13,8 @@ protected:
     void SetUp() override
     {
         using namespace lx::store;
-        db = DBEngine::Workspaces(0).CreateDatabase(folder.path(QStringLiteral("t.ont")), dbLangGeneral,
-                                                    dbVersion40);
+        db = DBEngine::Workspaces(0).CreateDatabase(folder.path(QStringLiteral("t.ont")),
+                                                    dbLangGeneral, dbVersion40);
         TableDef parent = db.CreateTableDef(QStringLiteral("PARENTS"));
         parent.Fields.push_back(parent.CreateField(QStringLiteral("Key"), dbText, 20));
         parent.Fields.push_back(parent.CreateField(QStringLiteral("Info"), dbMemo));
@@ -45,8 +45,8 @@ protected:
         child.Indexes.push_back(byParent);
         db.Append(child);
 
-        Relation rel = db.CreateRelation(QStringLiteral("ParentsChildren"), QStringLiteral("PARENTS"),
-                                         QStringLiteral("Children"),
+        Relation rel = db.CreateRelation(QStringLiteral("ParentsChildren"),
+                                         QStringLiteral("PARENTS"), QStringLiteral("Children"),
                                          dbRelationUpdateCascades | dbRelationDeleteCascades);
         Field rf = rel.CreateField(QStringLiteral("Key"));
         rf.ForeignName = QStringLiteral("Parent");
@@ -56,7 +56,8 @@ protected:
 
     void addParent(const QString &key, int type = 1)
     {
-        lx::store::Recordset rs = db.OpenRecordset(QStringLiteral("PARENTS"), lx::store::dbOpenTable);
+        lx::store::Recordset rs =
+            db.OpenRecordset(QStringLiteral("PARENTS"), lx::store::dbOpenTable);
         rs.AddNew();
         rs.Collect(u"Key", key);
         rs.Collect(u"Type", type);
@@ -65,7 +66,8 @@ protected:
 
     void addChild(const QString &parent, const QString &value)
     {
-        lx::store::Recordset rs = db.OpenRecordset(QStringLiteral("Children"), lx::store::dbOpenTable);
+        lx::store::Recordset rs =
+            db.OpenRecordset(QStringLiteral("Children"), lx::store::dbOpenTable);
         rs.AddNew();
         rs.Collect(u"Parent", parent);
         rs.Collect(u"Value", value);
@@ -87,7 +89,8 @@ protected:
         return values;
     }
 
-    QStringList query(const QString &sql, const QString &field, int type = lx::store::dbOpenSnapshot)
+    QStringList query(const QString &sql, const QString &field,
+                      int type = lx::store::dbOpenSnapshot)
     {
         lx::store::Recordset rs = db.OpenRecordset(sql, type);
         return column(rs, field);

@@ -47,7 +47,9 @@ const std::vector<ExpectedTable> &expectedTables()
           {"Show", dbBoolean, 0, false, false}},
          {"*Lang_ID:Lang_ID", "Language:Language"}},
         {"TermBases", {{"DBName", dbMemo, 0, false, false}}, {}},
-        {"ISA", {{"Concept", dbText, 255, false, false}, {"ISA", dbText, 255, false, false}}, {"*ISA:Concept,ISA"}},
+        {"ISA",
+         {{"Concept", dbText, 255, false, false}, {"ISA", dbText, 255, false, false}},
+         {"*ISA:Concept,ISA"}},
         {"ATTRIBUTES",
          {{"Property_ID", dbLong, 0, false, true},
           {"Concept", dbText, 255, false, false},
@@ -91,7 +93,9 @@ const std::vector<ExpectedTable> &expectedTables()
          {{"Subset_ID", dbByte, 0, false, false}, {"Subset", dbText, 65, false, false}},
          {"*Subset_ID:Subset_ID", "Subset:Subset"}},
         {"Inherit",
-         {{"Attr", dbText, 255, false, false}, {"Value", dbText, 255, false, false}, {"From", dbText, 255, false, false}},
+         {{"Attr", dbText, 255, false, false},
+          {"Value", dbText, 255, false, false},
+          {"From", dbText, 255, false, false}},
          {"*AttrVal:Attr,Value", "Attr:Attr", "Value:Value", "From:From"}},
     };
     return tables;
@@ -102,7 +106,8 @@ QString describe(const Index &idx)
     QStringList fields;
     for (const Field &f : idx.Fields)
         fields << f.Name;
-    return (idx.Primary ? QStringLiteral("*") : QString()) + idx.Name + QLatin1Char(':') + fields.join(QLatin1Char(','));
+    return (idx.Primary ? QStringLiteral("*") : QString()) + idx.Name + QLatin1Char(':') +
+           fields.join(QLatin1Char(','));
 }
 
 class OntologySchemaTest : public ::testing::Test {
@@ -114,7 +119,8 @@ protected:
     }
     void TearDown() override { ResetProcessState(); }
 
-    void add(const QString &table, std::initializer_list<std::pair<const char16_t *, QVariant>> values)
+    void add(const QString &table,
+             std::initializer_list<std::pair<const char16_t *, QVariant>> values)
     {
         Recordset rs = db.OpenRecordset(table, dbOpenTable);
         rs.AddNew();
@@ -124,7 +130,8 @@ protected:
     }
     void addConcept(const QString &id, int type = ctObject, int subset = 1)
     {
-        add(QStringLiteral("CONCEPTS"), {{u"Concept", id}, {u"Type", type}, {u"Subset_ID", subset}});
+        add(QStringLiteral("CONCEPTS"),
+            {{u"Concept", id}, {u"Type", type}, {u"Subset_ID", subset}});
     }
     long count(const QString &sql)
     {
@@ -167,20 +174,26 @@ TEST_F(OntologySchemaTest, ANewFileHoldsExactlyTheTablesFieldsIndexesAndRelation
         EXPECT_EQ(gotIndexes, wantIndexes) << want.name;
     }
 
-    const QStringList wantRelations = {
-        "ConceptsISA CONCEPTS.Concept ISA.Concept",           "ConceptsISA2 CONCEPTS.Concept ISA.ISA",
-        "ConceptsAttributes CONCEPTS.Concept ATTRIBUTES.Concept", "ConceptsAttributes2 CONCEPTS.Concept ATTRIBUTES.Attribute",
-        "ConceptsRelations CONCEPTS.Concept RELATIONS.Concept1", "ConceptsRelations2 CONCEPTS.Concept RELATIONS.Concept2",
-        "ConceptsRelations3 CONCEPTS.Concept RELATIONS.Rel",   "ConceptsInverses1 CONCEPTS.Concept INVERSES.Relation",
-        "ConceptsInverses2 CONCEPTS.Concept INVERSES.Inverse", "ConceptsNotes CONCEPTS.Concept Notes.Concept",
-        "ConceptsNames CONCEPTS.Concept Names.Concept",        "LanguagesNames Languages.Lang_ID Names.Lang_ID",
-        "SubsetsConcepts Subsets.Subset_ID CONCEPTS.Subset_ID"};
+    const QStringList wantRelations = {"ConceptsISA CONCEPTS.Concept ISA.Concept",
+                                       "ConceptsISA2 CONCEPTS.Concept ISA.ISA",
+                                       "ConceptsAttributes CONCEPTS.Concept ATTRIBUTES.Concept",
+                                       "ConceptsAttributes2 CONCEPTS.Concept ATTRIBUTES.Attribute",
+                                       "ConceptsRelations CONCEPTS.Concept RELATIONS.Concept1",
+                                       "ConceptsRelations2 CONCEPTS.Concept RELATIONS.Concept2",
+                                       "ConceptsRelations3 CONCEPTS.Concept RELATIONS.Rel",
+                                       "ConceptsInverses1 CONCEPTS.Concept INVERSES.Relation",
+                                       "ConceptsInverses2 CONCEPTS.Concept INVERSES.Inverse",
+                                       "ConceptsNotes CONCEPTS.Concept Notes.Concept",
+                                       "ConceptsNames CONCEPTS.Concept Names.Concept",
+                                       "LanguagesNames Languages.Lang_ID Names.Lang_ID",
+                                       "SubsetsConcepts Subsets.Subset_ID CONCEPTS.Subset_ID"};
     QStringList gotRelations;
     for (const Relation &r : db.Relations()) {
         EXPECT_EQ(r.Attributes, 4352) << r.Name.toStdString();
         ASSERT_EQ(r.Fields.size(), 1u);
         gotRelations << QStringLiteral("%1 %2.%3 %4.%5")
-                            .arg(r.Name, r.Table, r.Fields[0].Name, r.ForeignTable, r.Fields[0].ForeignName);
+                            .arg(r.Name, r.Table, r.Fields[0].Name, r.ForeignTable,
+                                 r.Fields[0].ForeignName);
     }
     EXPECT_EQ(gotRelations, wantRelations);
 }
@@ -197,20 +210,25 @@ TEST_F(OntologySchemaTest, CreatingOverAnExistingFileFailsAndLeavesIt)
 TEST_F(OntologySchemaTest, IdentifierLengthsAndKeysAreTheFilesRules)
 {
     add(QStringLiteral("Subsets"), {{u"Subset_ID", 1}, {u"Subset", QStringLiteral("General")}});
-    add(QStringLiteral("Subsets"), {{u"Subset_ID", 2}, {u"Subset", QStringLiteral("General")}});  // same name is fine
+    add(QStringLiteral("Subsets"),
+        {{u"Subset_ID", 2}, {u"Subset", QStringLiteral("General")}}); // same name is fine
     EXPECT_STORE_ERROR(addConcept(QString(256, QLatin1Char('A'))), err::FieldTooSmall);
     const QString longId(60, QLatin1Char('L'));
     addConcept(longId, ctAttribute);
     addConcept(QStringLiteral("THING"));
     EXPECT_STORE_ERROR(addConcept(QStringLiteral("thing")), err::DuplicateKey);
-    EXPECT_STORE_ERROR(add(QStringLiteral("ATTRIBUTES"),
-                           {{u"Concept", QStringLiteral("THING")}, {u"Attribute", longId}, {u"Value", QStringLiteral("v")}}),
+    EXPECT_STORE_ERROR(add(QStringLiteral("ATTRIBUTES"), {{u"Concept", QStringLiteral("THING")},
+                                                          {u"Attribute", longId},
+                                                          {u"Value", QStringLiteral("v")}}),
                        err::FieldTooSmall);
     addConcept(QStringLiteral("PARENT"));
-    add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("THING")}, {u"ISA", QStringLiteral("PARENT")}});
-    EXPECT_STORE_ERROR(add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("THING")}, {u"ISA", QStringLiteral("PARENT")}}),
+    add(QStringLiteral("ISA"),
+        {{u"Concept", QStringLiteral("THING")}, {u"ISA", QStringLiteral("PARENT")}});
+    EXPECT_STORE_ERROR(add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("THING")},
+                                                   {u"ISA", QStringLiteral("PARENT")}}),
                        err::DuplicateKey);
-    EXPECT_STORE_ERROR(add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("THING")}, {u"ISA", QStringLiteral("NOBODY")}}),
+    EXPECT_STORE_ERROR(add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("THING")},
+                                                   {u"ISA", QStringLiteral("NOBODY")}}),
                        err::RelatedRecordRequired);
 }
 
@@ -220,23 +238,42 @@ TEST_F(OntologySchemaTest, CascadesReachEveryTableThatNamesAConcept)
 {
     add(QStringLiteral("Subsets"), {{u"Subset_ID", 1}, {u"Subset", QStringLiteral("General")}});
     add(QStringLiteral("Subsets"), {{u"Subset_ID", 2}, {u"Subset", QStringLiteral("Doomed")}});
-    add(QStringLiteral("Languages"), {{u"Lang_ID", QStringLiteral("en")}, {u"Language", QStringLiteral("English")}, {u"Show", true}});
-    add(QStringLiteral("Languages"), {{u"Lang_ID", QStringLiteral("es")}, {u"Language", QStringLiteral("Spanish")}, {u"Show", false}});
+    add(QStringLiteral("Languages"), {{u"Lang_ID", QStringLiteral("en")},
+                                      {u"Language", QStringLiteral("English")},
+                                      {u"Show", true}});
+    add(QStringLiteral("Languages"), {{u"Lang_ID", QStringLiteral("es")},
+                                      {u"Language", QStringLiteral("Spanish")},
+                                      {u"Show", false}});
     for (const char *c : {"ALL", "OBJECT", "HAS-PART", "PART-OF", "COLOR", "DOMAIN"})
         addConcept(QString::fromLatin1(c));
     addConcept(QStringLiteral("CAR"), ctObject, 2);
-    add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("CAR")}, {u"ISA", QStringLiteral("OBJECT")}});
-    add(QStringLiteral("ISA"), {{u"Concept", QStringLiteral("OBJECT")}, {u"ISA", QStringLiteral("ALL")}});
-    add(QStringLiteral("RELATIONS"), {{u"Concept1", QStringLiteral("OBJECT")}, {u"Rel", QStringLiteral("HAS-PART")},
-                                      {u"Default", false}, {u"Concept2", QStringLiteral("OBJECT")}});
-    add(QStringLiteral("RELATIONS"), {{u"Concept1", QStringLiteral("HAS-PART")}, {u"Rel", QStringLiteral("DOMAIN")},
-                                      {u"Default", false}, {u"Concept2", QStringLiteral("OBJECT")}});
-    add(QStringLiteral("INVERSES"), {{u"Relation", QStringLiteral("HAS-PART")}, {u"Inverse", QStringLiteral("PART-OF")}});
-    add(QStringLiteral("ATTRIBUTES"), {{u"Concept", QStringLiteral("OBJECT")}, {u"Attribute", QStringLiteral("COLOR")},
-                                       {u"Default", true}, {u"Value", QStringLiteral("grey")}});
-    add(QStringLiteral("Names"), {{u"Concept", QStringLiteral("OBJECT")}, {u"Lang_ID", QStringLiteral("en")}, {u"Name", QStringLiteral("object")}});
-    add(QStringLiteral("Names"), {{u"Concept", QStringLiteral("OBJECT")}, {u"Lang_ID", QStringLiteral("es")}, {u"Name", QStringLiteral("objeto")}});
-    add(QStringLiteral("Notes"), {{u"Concept", QStringLiteral("OBJECT")}, {u"Note", QString()}, {u"Date", QDateTime::currentDateTime()}});
+    add(QStringLiteral("ISA"),
+        {{u"Concept", QStringLiteral("CAR")}, {u"ISA", QStringLiteral("OBJECT")}});
+    add(QStringLiteral("ISA"),
+        {{u"Concept", QStringLiteral("OBJECT")}, {u"ISA", QStringLiteral("ALL")}});
+    add(QStringLiteral("RELATIONS"), {{u"Concept1", QStringLiteral("OBJECT")},
+                                      {u"Rel", QStringLiteral("HAS-PART")},
+                                      {u"Default", false},
+                                      {u"Concept2", QStringLiteral("OBJECT")}});
+    add(QStringLiteral("RELATIONS"), {{u"Concept1", QStringLiteral("HAS-PART")},
+                                      {u"Rel", QStringLiteral("DOMAIN")},
+                                      {u"Default", false},
+                                      {u"Concept2", QStringLiteral("OBJECT")}});
+    add(QStringLiteral("INVERSES"),
+        {{u"Relation", QStringLiteral("HAS-PART")}, {u"Inverse", QStringLiteral("PART-OF")}});
+    add(QStringLiteral("ATTRIBUTES"), {{u"Concept", QStringLiteral("OBJECT")},
+                                       {u"Attribute", QStringLiteral("COLOR")},
+                                       {u"Default", true},
+                                       {u"Value", QStringLiteral("grey")}});
+    add(QStringLiteral("Names"), {{u"Concept", QStringLiteral("OBJECT")},
+                                  {u"Lang_ID", QStringLiteral("en")},
+                                  {u"Name", QStringLiteral("object")}});
+    add(QStringLiteral("Names"), {{u"Concept", QStringLiteral("OBJECT")},
+                                  {u"Lang_ID", QStringLiteral("es")},
+                                  {u"Name", QStringLiteral("objeto")}});
+    add(QStringLiteral("Notes"), {{u"Concept", QStringLiteral("OBJECT")},
+                                  {u"Note", QString()},
+                                  {u"Date", QDateTime::currentDateTime()}});
 
     {
         Recordset rs = db.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenDynaset);
@@ -249,11 +286,18 @@ TEST_F(OntologySchemaTest, CascadesReachEveryTableThatNamesAConcept)
         rs.Collect(u"Concept", QStringLiteral("HAS-AS-PART"));
         rs.Update();
     }
-    EXPECT_EQ(count(QStringLiteral("SELECT * FROM ISA WHERE ISA = 'THING' OR Concept = 'THING'")), 2);
-    EXPECT_EQ(count(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = 'THING' AND Rel = 'HAS-AS-PART' AND Concept2 = 'THING'")), 1);
-    EXPECT_EQ(count(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = 'HAS-AS-PART' AND Concept2 = 'THING'")), 1);
+    EXPECT_EQ(count(QStringLiteral("SELECT * FROM ISA WHERE ISA = 'THING' OR Concept = 'THING'")),
+              2);
+    EXPECT_EQ(count(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = 'THING' AND Rel = "
+                                   "'HAS-AS-PART' AND Concept2 = 'THING'")),
+              1);
+    EXPECT_EQ(count(QStringLiteral(
+                  "SELECT * FROM RELATIONS WHERE Concept1 = 'HAS-AS-PART' AND Concept2 = 'THING'")),
+              1);
     EXPECT_EQ(count(QStringLiteral("SELECT * FROM INVERSES WHERE Relation = 'HAS-AS-PART'")), 1);
-    EXPECT_EQ(count(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = 'THING' AND Default = True")), 1);
+    EXPECT_EQ(count(QStringLiteral(
+                  "SELECT * FROM ATTRIBUTES WHERE Concept = 'THING' AND Default = True")),
+              1);
     EXPECT_EQ(count(QStringLiteral("SELECT * FROM Names WHERE Concept = 'THING'")), 2);
     EXPECT_EQ(count(QStringLiteral("SELECT * FROM Notes WHERE Concept = 'THING'")), 1);
 
@@ -281,6 +325,7 @@ TEST_F(OntologySchemaTest, CascadesReachEveryTableThatNamesAConcept)
         rs.Delete();
     }
     for (const char *table : {"ISA", "RELATIONS", "ATTRIBUTES", "Names", "Notes"})
-        EXPECT_EQ(count(QStringLiteral("SELECT * FROM %1").arg(QString::fromLatin1(table))), 0) << table;
-    EXPECT_EQ(count(QStringLiteral("SELECT * FROM INVERSES")), 1);  // HAS-AS-PART / PART-OF stays
+        EXPECT_EQ(count(QStringLiteral("SELECT * FROM %1").arg(QString::fromLatin1(table))), 0)
+            << table;
+    EXPECT_EQ(count(QStringLiteral("SELECT * FROM INVERSES")), 1); // HAS-AS-PART / PART-OF stays
 }

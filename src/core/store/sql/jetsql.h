@@ -29,16 +29,16 @@ using TableLookup = std::function<const CatalogTable *(QStringView name)>;
 
 // A table of the FROM clause.
 struct Source {
-    QString table;          // the catalog's spelling
-    QString alias;          // the name the query uses for it (the table name unless AS is given)
-    bool nullable = false;  // inner side of a LEFT JOIN: its rowid may be NULL in a result row
+    QString table;         // the catalog's spelling
+    QString alias;         // the name the query uses for it (the table name unless AS is given)
+    bool nullable = false; // inner side of a LEFT JOIN: its rowid may be NULL in a result row
 };
 
 // A column of the result, as Fields() sees it.
 struct OutputColumn {
-    QString name;           // alias, or field name; "Table.Field" for a name that * brings twice
-    int source = -1;        // index into sources for a plain column; -1 for any other expression
-    QString baseColumn;     // the catalog's spelling of that column, when source >= 0
+    QString name;       // alias, or field name; "Table.Field" for a name that * brings twice
+    int source = -1;    // index into sources for a plain column; -1 for any other expression
+    QString baseColumn; // the catalog's spelling of that column, when source >= 0
     FieldType type = dbText;
 };
 
@@ -55,20 +55,21 @@ struct CompiledQuery {
     std::vector<Source> sources;
     std::vector<JoinKey> joinKeys; // the column equalities of every ON condition
     std::vector<OutputColumn> columns;
-    bool distinct = false;     // DISTINCT: rows are values only, not updatable
-    bool distinctRow = false;  // DISTINCTROW: one row per combination of source rows that give columns
+    bool distinct = false; // DISTINCT: rows are values only, not updatable
+    bool distinctRow =
+        false; // DISTINCTROW: one row per combination of source rows that give columns
 
     // The complete SQLite statement. Its result columns are first the rowid of each source in
     // order (NULL for the missing side of a LEFT JOIN), then the output columns in order.
     QString sql;
 
     // Pieces of the same statement, so the engine can re-read or search rows:
-    QString fromSql;                 // "FROM ..." with every join
-    QString whereSql;                // the WHERE condition without the keyword; empty if none
-    QString groupBySql;              // "GROUP BY <rowids>" for DISTINCTROW over part of a join
-    QString orderBySql;              // "ORDER BY ..." or empty
-    std::vector<QString> rowidSql;   // per source, its rowid expression, e.g. "\"ISA\".rowid"
-    std::vector<QString> columnSql;  // per output column, its SQLite expression
+    QString fromSql;                // "FROM ..." with every join
+    QString whereSql;               // the WHERE condition without the keyword; empty if none
+    QString groupBySql;             // "GROUP BY <rowids>" for DISTINCTROW over part of a join
+    QString orderBySql;             // "ORDER BY ..." or empty
+    std::vector<QString> rowidSql;  // per source, its rowid expression, e.g. "\"ISA\".rowid"
+    std::vector<QString> columnSql; // per output column, its SQLite expression
 };
 
 // Parses a SELECT statement of the dialect and resolves it against the catalog.
