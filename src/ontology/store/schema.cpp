@@ -11,7 +11,7 @@ using namespace store;
 
 namespace {
 
-struct FieldSpec {
+struct FieldShape {
     const char *name;
     int type;
     int size = 0;
@@ -19,29 +19,29 @@ struct FieldSpec {
     bool autoNumber = false;
 };
 
-struct IndexSpec {
+struct IndexShape {
     const char *name;
     std::initializer_list<const char *> fields;
     bool primary = false;
 };
 
-void appendTable(Database &db, const char *name, std::initializer_list<FieldSpec> fields,
-                 std::initializer_list<IndexSpec> indexes)
+void appendTable(Database &db, const char *name, std::initializer_list<FieldShape> fields,
+                 std::initializer_list<IndexShape> indexes)
 {
     TableDef td = db.CreateTableDef(QString::fromLatin1(name));
-    for (const FieldSpec &spec : fields) {
-        Field f = td.CreateField(QString::fromLatin1(spec.name), spec.type, spec.size);
-        f.AllowZeroLength = spec.zeroLength;
-        if (spec.autoNumber)
+    for (const FieldShape &shape : fields) {
+        Field f = td.CreateField(QString::fromLatin1(shape.name), shape.type, shape.size);
+        f.AllowZeroLength = shape.zeroLength;
+        if (shape.autoNumber)
             f.Attributes = dbAutoIncrField;
         td.Fields.push_back(f);
     }
-    for (const IndexSpec &spec : indexes) {
-        Index idx = td.CreateIndex(QString::fromLatin1(spec.name));
-        for (const char *field : spec.fields)
+    for (const IndexShape &shape : indexes) {
+        Index idx = td.CreateIndex(QString::fromLatin1(shape.name));
+        for (const char *field : shape.fields)
             idx.Fields.push_back(idx.CreateField(QString::fromLatin1(field)));
-        idx.Primary = spec.primary;
-        idx.Unique = spec.primary;
+        idx.Primary = shape.primary;
+        idx.Unique = shape.primary;
         td.Indexes.push_back(idx);
     }
     db.Append(td);
