@@ -13,7 +13,8 @@ namespace lx::store {
 
 namespace detail {
 class Connection;
-}
+struct DatabaseAccess;
+} // namespace detail
 
 // The locale and format option every file is created with. The locale fixes the text order of
 // the file: general, case-insensitive.
@@ -48,6 +49,7 @@ public:
 private:
     friend class DBEngine;
     friend class Workspace;
+    friend struct detail::DatabaseAccess; // graph walks (graph.cpp) run their own query
     explicit Database(std::shared_ptr<detail::Connection> connection);
     detail::Connection &connection() const;
 
