@@ -3,9 +3,12 @@ target_sources(lexarbor_core PRIVATE
     command.h
     interaction.cpp
     interaction.h
+    lookups.cpp
+    lookups.h
     process.cpp
     process.h
     program.h
     signal_label.cpp
     signal_label.h
+    walks.cpp
 )
