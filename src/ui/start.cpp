@@ -2,6 +2,7 @@
 
 #include "core/interaction.h"
 #include "core/process.h"
+#include "ontology/store/seed.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
 
@@ -15,6 +16,7 @@ void Main(std::chrono::milliseconds splashInterval)
     auto &splash = Forms().Load<frmSplash>(splashInterval);
     splash.show();
     EnsureProgramFolders();
+    EnsureSeedFile(); // without it, making an ontology fails later with the store's error
     main.show();
     splash.raise(); // stay above the window just shown, with or without a window manager
 }

@@ -29,27 +29,33 @@ protected:
     static frmOntoEdit &main() { return *Forms().Find<frmOntoEdit>(); }
 };
 
-TEST_F(StartTest, MakesBothFoldersWhenMissing)
+TEST_F(StartTest, MakesBothFoldersAndTheSeedFileWhenMissing)
 {
     lx::ui::Main();
-    EXPECT_EQ(homeEntries(),
-              (QStringList{QStringLiteral("Ontologies"), QStringLiteral("TermBases")}));
+    EXPECT_EQ(homeEntries(), (QStringList{QStringLiteral("Ontologies"), QStringLiteral("res.dat"),
+                                          QStringLiteral("TermBases")}));
 }
 
-TEST_F(StartTest, ChangesNothingWhenTheFoldersExist)
+TEST_F(StartTest, ChangesNothingWhenTheFoldersAndTheSeedFileExist)
 {
     ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("Ontologies")));
     ASSERT_TRUE(QDir(home.path()).mkdir(QStringLiteral("TermBases")));
     QFile kept(home.filePath(QStringLiteral("TermBases/kept.ltb")));
     ASSERT_TRUE(kept.open(QIODevice::WriteOnly));
     kept.close();
+    QFile seed(home.filePath(QStringLiteral("res.dat")));
+    ASSERT_TRUE(seed.open(QIODevice::WriteOnly));
+    seed.write("own seed");
+    seed.close();
 
     lx::ui::Main();
-    EXPECT_EQ(homeEntries(),
-              (QStringList{QStringLiteral("Ontologies"), QStringLiteral("TermBases")}));
+    EXPECT_EQ(homeEntries(), (QStringList{QStringLiteral("Ontologies"), QStringLiteral("res.dat"),
+                                          QStringLiteral("TermBases")}));
     EXPECT_EQ(QDir(home.filePath(QStringLiteral("TermBases"))).entryList(QDir::Files),
               QStringList{QStringLiteral("kept.ltb")});
     EXPECT_TRUE(QDir(home.filePath(QStringLiteral("Ontologies"))).isEmpty());
+    ASSERT_TRUE(seed.open(QIODevice::ReadOnly));
+    EXPECT_EQ(seed.readAll(), QByteArray("own seed"));
 }
 
 TEST_F(StartTest, StartsDisabledUnderTheSplashWithTheHourglass)

@@ -150,8 +150,10 @@ Database CreateOntologySchema(const QString &path)
     Database db = DBEngine::Workspaces(0).CreateDatabase(path, dbLangGeneral, dbVersion40);
     BuildOntologyTables(db);
     Process().OntoDB = db;
-    CopySeedContent(db);
-    return db;
+    // The seed copy works on OntoPath; callers set it already, others get it here.
+    Process().OntoPath = path;
+    CopySeedContent(); // opens OntoDB anew, which lets the building handle go
+    return Process().OntoDB;
 }
 
 } // namespace lx

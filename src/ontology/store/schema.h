@@ -19,8 +19,9 @@ enum ConceptType : int {
 
 // Builds an empty ontology file at `path`: the twelve tables with their fields and indexes,
 // then the thirteen relations, all cascading updates and deletes. Fails with 3204 when the
-// file exists. The new file becomes the process's open ontology, and the seed content is
-// copied into it.
+// file exists. The new file becomes the process's open ontology (OntoPath and OntoDB), and the
+// seed content is copied into it; a missing seed file fails with the store's error, leaving the
+// new file behind.
 store::Database CreateOntologySchema(const QString &path);
 
 // The tables and relations alone, on an open, empty database.

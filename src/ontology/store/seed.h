@@ -1,12 +1,21 @@
 #pragma once
 
-#include "core/store/database.h"
+#include <QString>
 
 namespace lx {
 
-// Copies the seed rows (concepts, links, slots, languages, subsets) from the seed file
-// beside the program into a new ontology. The seed file and its content come with the
-// ontology life cycle; until then a new ontology starts with its tables empty.
-void CopySeedContent(store::Database &db);
+// The connect string of the seed file res.dat.
+inline const QString kSeedConnect = QStringLiteral(";pwd=fennelgrotto");
+
+// Fills the new ontology at OntoPath with the rows of the seed file: subsets, concepts, IS-A
+// links, inverses, the domains and ranges in RELATIONS, languages. OntoDB is first opened anew
+// on OntoPath. Store errors go to the caller; a missing or empty seed table stops the copy at
+// MoveFirst and leaves the file half filled.
+void CopySeedContent();
+
+// Puts the copy of res.dat built into the program at SeedDatabasePath() when no file is there,
+// so a fresh program folder can make ontologies; an existing file is left as it is. False if the
+// copy can't be made. Defined with the built-in copy itself, in lexarbor_seed_data.
+bool EnsureSeedFile();
 
 } // namespace lx

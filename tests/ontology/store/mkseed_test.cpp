@@ -1,0 +1,109 @@
+#include "support/temp_store.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace {
+
+struct ToolRun {
+    int exitCode;
+    QString errors;
+};
+
+// Builds a seed file from a copy of the real sources, after `change` was applied to one file.
+class MkseedTest : public ::testing::Test {
+protected:
+    void SetUp() override { fresh(); }
+
+    // The real sources, afresh.
+    void fresh()
+    {
+        const QDir real(QStringLiteral(LEXARBOR_SEED_SOURCES));
+        ASSERT_TRUE(QDir(sources()).removeRecursively());
+        ASSERT_TRUE(QDir().mkpath(sources()));
+        for (const QString &name : real.entryList({QStringLiteral("*.tsv")}, QDir::Files))
+            ASSERT_TRUE(QFile::copy(real.filePath(name), QDir(sources()).filePath(name)));
+    }
+
+    QString sources() const { return folder.path(QStringLiteral("seed")); }
+    QString output() const { return folder.path(QStringLiteral("res.dat")); }
+
+    // Appends lines to a source; returns the number of the first appended line.
+    int append(const QString &file, const QStringList &lines)
+    {
+        QFile f(QDir(sources()).filePath(file));
+        EXPECT_TRUE(f.open(QIODevice::ReadWrite | QIODevice::Append));
+        f.seek(0);
+        const int first = int(f.readAll().count('\n')) + 1;
+        f.write((lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
+        return first;
+    }
+
+    ToolRun run()
+    {
+        QProcess tool;
+        tool.start(QStringLiteral(LEXARBOR_MKSEED), {sources(), output()});
+        EXPECT_TRUE(tool.waitForFinished(-1));
+        return {tool.exitCode(), QString::fromLocal8Bit(tool.readAllStandardError())};
+    }
+
+    TempFolder folder;
+};
+
+} // namespace
+
+// A bad source stops the build with its file and line, and an earlier seed file stays.
+TEST_F(MkseedTest, RefusesBadSourcesByFileAndLine)
+{
+    struct Case {
+        const char *what;
+        const char *file;
+        QStringList lines; // the first one is at fault
+        const char *reason;
+    };
+    const QList<Case> cases = {
+        {"unknown parent", "isa.tsv", {"HAS-PART\tNOBODY"}, "ISA refuses the row"},
+        {"too few values", "concepts.tsv", {"BROKEN\t1\t1"}, "3 values, 4 expected"},
+        {"second top", "concepts.tsv", {"ROOT\t100\t1\tAnother top."}, "second top concept"},
+        {"orphan", "concepts.tsv", {"LONELY\t1\t1\tNo parent."}, "LONELY has no parent"},
+        {"one-way inverse", "inverses.tsv", {"HAS-PART\tHAS-MEMBER"}, "is missing"},
+        {"not a boolean", "languages.tsv", {"xx\tTest\tyes"}, "Show must be true or false"},
+        {"long attribute",
+         "concepts.tsv",
+         {QStringLiteral("ATTR-%1\t3\t1\tToo long.").arg(QString(50, QLatin1Char('X')))},
+         "50 characters"},
+    };
+    for (const Case &c : cases) {
+        fresh();
+        QFile old(output());
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write("old");
+        old.close();
+
+        const QString file = QString::fromLatin1(c.file);
+        const int line = append(file, c.lines);
+        const ToolRun r = run();
+        EXPECT_EQ(r.exitCode, 1) << c.what;
+        EXPECT_TRUE(r.errors.contains(QStringLiteral("%1:%2:").arg(file).arg(line)))
+            << c.what << ": " << r.errors.toStdString();
+        EXPECT_TRUE(r.errors.contains(QLatin1String(c.reason)))
+            << c.what << ": " << r.errors.toStdString();
+        ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+        EXPECT_EQ(old.readAll(), QByteArray("old")) << c.what;
+        old.close();
+        EXPECT_FALSE(QFile::exists(output() + QStringLiteral(".part"))) << c.what;
+    }
+}
+
+TEST_F(MkseedTest, RefusesAnIsaCycle)
+{
+    append(QStringLiteral("concepts.tsv"),
+           {QStringLiteral("LOOP-A\t1\t1\tOne."), QStringLiteral("LOOP-B\t1\t1\tTwo.")});
+    append(QStringLiteral("isa.tsv"),
+           {QStringLiteral("LOOP-A\tLOOP-B"), QStringLiteral("LOOP-B\tLOOP-A")});
+    const ToolRun r = run();
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_TRUE(r.errors.contains(QStringLiteral("cycle"))) << r.errors.toStdString();
+    EXPECT_FALSE(QFile::exists(output()));
+}
