@@ -1,23 +1,33 @@
 #pragma once
 
 #include "core/signal_label.h"
+#include "ontology/store/concept_list.h"
+#include "ontology/store/onto_editor.h"
 
 #include <QList>
 #include <QMainWindow>
 
 class QAction;
+class QCheckBox;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QListView;
+class QListWidget;
 class QMenu;
+class QPlainTextEdit;
+class QRadioButton;
+class QStringListModel;
 class QTabWidget;
 class QToolBar;
+class QTreeWidget;
 
 namespace lx::ui {
 
-// The ontology editor, the program's main window.
-class frmOntoEdit : public QMainWindow {
+// The ontology editor, the program's main window: concept list on the left, the tabbed view of
+// the current concept on the right. Its handlers are a thin layer over the life cycle and the
+// concept list of the ontology store.
+class frmOntoEdit : public QMainWindow, public OntologyEditor {
     Q_OBJECT
 
 public:
@@ -28,21 +38,44 @@ public:
     QAction *ToolButton(int place) const { return m_places.value(place - 1); }
     QLabel *StatusPanel(int panel) const { return m_panels.value(panel - 1); }
 
-    void EnableOntologyCommands();
-    void DisableOntologyCommands();
-    void UpdateStatusCounts();
+    // What the logic asks of the window.
+    void SetCaption(const QString &caption) override;
+    void SetWindowPointer(int pointer) override;
+    void EnableOntologyCommands() override;
+    void DisableOntologyCommands() override;
+    void UpdateStatusCounts() override;
+    void ClearConceptView() override;
+    void LoadConceptView() override;
+    void ShowConceptList() override;
+    QString SelectFirstListRow() override;
+    void BindConceptList(const QString &field) override;
+    void UnloadOtherWindows() override;
+    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override;
+
+    // Moves the list to `identifier` through the search box; offers to change the list mode
+    // when the mode hides it.
+    void GoToConcept(const QString &identifier);
+    // The text of the list's selected row.
+    QString ListText() const;
 
     void ToolBar1_ButtonClick(const QString &key);
+    void mnuFileNew_Click();
+    void mnuFileOPen_Click();
+    void mnuFileClose_Click();
+    void mnuFileProperties_Click();
+    void mnuFileExit_Click();
+    void mnuEditCopy_Click();
+    void mnuToolsOptions_Click();
     void mnuHelpTool_Click();
     void mnuHelpAbout_Click();
-    void mnuFileExit_Click();
-
-    // The concept on screen and the counts of the list.
-    QString BaseCaption;
-    QString CurrentConcept;
-    quint8 CurrentType = 0;
-    qint32 TotalConcepts = 0;
-    qint32 ListedConcepts = 0;
+    void txtCptSearch_Change();
+    void txtDef_KeyUp(int key, Qt::KeyboardModifiers shift);
+    void dblConcepts_Click();
+    void dblConcepts_MouseUp();
+    void lstSubclasses_DblClick();
+    void lvwInherit_MouseUp();
+    // A command whose logic comes with a later step.
+    void NotAvailableYet();
 
     QMenu *mnuFile, *mnuEdit, *mnuConcept, *mnuTree, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOpen, *mnuFileClose, *mnuFileImport, *mnuFileExport,
@@ -56,24 +89,64 @@ public:
         *mnuToolsOptions;
     QAction *mnuHelpTool, *mnuHelpAbout;
 
+    // Popup menus of the view's lists; mnuInstOf and mnuGoTo stand without handlers.
+    QMenu *mnuISA, *mnuRel, *mnuRelGoTo, *mnuDomain, *mnuAttr, *mnuRange, *mnuName, *mnuInherit,
+        *mnuInstOf, *mnuGoTo;
+
     QToolBar *ToolBar1;
     QGroupBox *frmSearch;
     QLineEdit *txtCptSearch;
     QListView *dblConcepts;
     QTabWidget *tbsEdit;
+    // "Description"
+    QPlainTextEdit *txtDef;
+    QListWidget *lstISA, *lstSubclasses;
+    QTreeWidget *lvwNames;
+    // "Properties"
+    QLabel *lblRels, *lblAttrs;
+    QListWidget *lstRels, *lstAttrs;
+    // "Relatives"
+    QListWidget *lstAncestors, *lstDescendants;
+    QCheckBox *chkActiveAnc, *chkActivDesc;
+    // "Inheritance"
+    QGroupBox *fraInherit, *fralvwInclude;
+    QRadioButton *optOff, *optCumulative, *optExclusive;
+    QCheckBox *chkInhRels, *chkInhAttrs;
+    QTreeWidget *lvwInherit;
 
     // Hidden labels through which the dialogs signal a new concept, relation or attribute.
     SignalLabel *lblNewCpt, *lblNewRel, *lblNewAttr;
 
+protected:
+    void closeEvent(QCloseEvent *event) override;         // Form_Unload
+    void dragEnterEvent(QDragEnterEvent *event) override; // files only
+    void dropEvent(QDropEvent *event) override;           // Form_OLEDragDrop
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    // Construction, in frm_onto_edit_layout.cpp.
     void buildMenus();
+    void buildPopupMenus();
+    void routeMenus();
     void buildToolBar();
     void buildCentre();
+    QWidget *buildDescriptionTab();
+    QWidget *buildPropertiesTab();
+    QWidget *buildRelativesTab();
+    QWidget *buildInheritanceTab();
     void buildStatusBar();
+    void fixListColumns();
+
     void setOntologyCommands(bool enabled);
+    void setNoteImage(bool hasNote);
+    void selectListRow(store::Bookmark bookmark);
+    void popUp(QMenu *menu);
 
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
+    QStringListModel *m_listModel = nullptr;
+    QList<ListRow> m_listRows;
+    QString m_listField = QStringLiteral("Concept");
 };
 
 } // namespace lx::ui

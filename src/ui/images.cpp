@@ -1,45 +1,309 @@
 #include "ui/images.h"
 
-#include <QApplication>
 #include <QHash>
-#include <QStyle>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+
+#include <cmath>
+#include <functional>
+#include <numbers>
 
 namespace lx::ui {
 
 namespace {
 
-struct ImageSource {
-    const char *theme;
-    QStyle::StandardPixmap fallback;
-};
+// Every image is drawn on a 32 x 32 grid and scaled to the sizes the toolkit asks for.
+constexpr qreal Grid = 32;
 
-const QHash<QString, ImageSource> &Sources()
+const QColor Ink(0x3a, 0x44, 0x52);
+const QColor Paper(0xfd, 0xfd, 0xfb);
+const QColor Blue(0x2f, 0x6f, 0xb8);
+const QColor LightBlue(0xcf, 0xe1, 0xf6);
+const QColor Green(0x2e, 0x9a, 0x4f);
+const QColor Red(0xc8, 0x3a, 0x32);
+const QColor Amber(0xf2, 0xc1, 0x4e);
+const QColor DarkAmber(0xc4, 0x8f, 0x1c);
+
+QPen Outline(const QColor &color, qreal width = 1.6)
 {
-    static const QHash<QString, ImageSource> sources{
-        {QStringLiteral("new"), {"document-new", QStyle::SP_FileIcon}},
-        {QStringLiteral("open"), {"document-open", QStyle::SP_DialogOpenButton}},
-        {QStringLiteral("close"), {"document-close", QStyle::SP_DialogCloseButton}},
-        {QStringLiteral("properties"), {"document-properties", QStyle::SP_FileDialogDetailedView}},
-        {QStringLiteral("tree"), {"view-list-tree", QStyle::SP_DirOpenIcon}},
-        {QStringLiteral("newcpt"), {"list-add", QStyle::SP_FileDialogNewFolder}},
-        {QStringLiteral("delcpt"), {"list-remove", QStyle::SP_TrashIcon}},
-        {QStringLiteral("note-out"), {"document-edit", QStyle::SP_FileDialogContentsView}},
-        {QStringLiteral("note-in"), {"text-x-generic", QStyle::SP_FileDialogInfoView}},
-        {QStringLiteral("tbeditor"), {"accessories-dictionary", QStyle::SP_ComputerIcon}},
-        {QStringLiteral("help"), {"help-contents", QStyle::SP_DialogHelpButton}},
+    return QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+}
+
+// A sheet with a folded corner.
+void DrawPage(QPainter &p, const QRectF &r, const QColor &fill = Paper)
+{
+    const qreal fold = r.width() * 0.32;
+    QPainterPath sheet;
+    sheet.moveTo(r.topLeft());
+    sheet.lineTo(r.right() - fold, r.top());
+    sheet.lineTo(r.right(), r.top() + fold);
+    sheet.lineTo(r.bottomRight());
+    sheet.lineTo(r.bottomLeft());
+    sheet.closeSubpath();
+    p.setPen(Outline(Ink));
+    p.setBrush(fill);
+    p.drawPath(sheet);
+    QPainterPath corner;
+    corner.moveTo(r.right() - fold, r.top());
+    corner.lineTo(r.right() - fold, r.top() + fold);
+    corner.lineTo(r.right(), r.top() + fold);
+    p.setBrush(QColor(0xe4, 0xe7, 0xec));
+    p.drawPath(corner);
+}
+
+void DrawLines(QPainter &p, qreal left, qreal right, qreal top, int count, const QColor &color)
+{
+    p.setPen(Outline(color, 1.4));
+    for (int i = 0; i < count; ++i)
+        p.drawLine(QPointF(left, top + i * 4), QPointF(right - (i % 2) * 3, top + i * 4));
+}
+
+enum class Mark { Plus, Minus, Cross, Star };
+
+// A round badge in the lower right corner.
+void DrawBadge(QPainter &p, const QPointF &centre, const QColor &color, Mark mark)
+{
+    const qreal radius = 7;
+    p.setPen(QPen(Qt::white, 1.5));
+    p.setBrush(color);
+    p.drawEllipse(centre, radius, radius);
+    p.setPen(Outline(Qt::white, 2.2));
+    const qreal arm = 3.6;
+    switch (mark) {
+    case Mark::Plus:
+        p.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
+        p.drawLine(centre - QPointF(0, arm), centre + QPointF(0, arm));
+        break;
+    case Mark::Minus:
+        p.drawLine(centre - QPointF(arm, 0), centre + QPointF(arm, 0));
+        break;
+    case Mark::Cross:
+        p.drawLine(centre - QPointF(arm - 0.8, arm - 0.8), centre + QPointF(arm - 0.8, arm - 0.8));
+        p.drawLine(centre + QPointF(-(arm - 0.8), arm - 0.8),
+                   centre + QPointF(arm - 0.8, -(arm - 0.8)));
+        break;
+    case Mark::Star: {
+        QPainterPath star;
+        for (int i = 0; i < 10; ++i) {
+            const qreal r = i % 2 ? 2.0 : 4.6;
+            const qreal angle = -std::numbers::pi / 2 + i * std::numbers::pi / 5;
+            const QPointF point = centre + QPointF(r * std::cos(angle), r * std::sin(angle));
+            i == 0 ? star.moveTo(point) : star.lineTo(point);
+        }
+        star.closeSubpath();
+        p.setPen(Qt::NoPen);
+        p.setBrush(Qt::white);
+        p.drawPath(star);
+        break;
+    }
+    }
+}
+
+// A concept: a rounded box with a dot, as the hierarchy draws them.
+void DrawNode(QPainter &p, const QRectF &r, const QColor &fill, const QColor &edge)
+{
+    p.setPen(Outline(edge, 1.5));
+    p.setBrush(fill);
+    p.drawRoundedRect(r, 2.5, 2.5);
+}
+
+void DrawFolder(QPainter &p, bool open)
+{
+    p.setPen(Outline(DarkAmber));
+    p.setBrush(QColor(0xe0, 0xa8, 0x32));
+    QPainterPath back;
+    back.moveTo(3, 8);
+    back.lineTo(12, 8);
+    back.lineTo(14.5, 10.5);
+    back.lineTo(27, 10.5);
+    back.lineTo(27, 26);
+    back.lineTo(3, 26);
+    back.closeSubpath();
+    p.drawPath(back);
+    p.setBrush(Amber);
+    QPainterPath front;
+    if (open) {
+        front.moveTo(7, 14.5);
+        front.lineTo(30, 14.5);
+        front.lineTo(26.5, 26);
+        front.lineTo(3, 26);
+    } else {
+        front.moveTo(3, 13.5);
+        front.lineTo(27, 13.5);
+        front.lineTo(27, 26);
+        front.lineTo(3, 26);
+    }
+    front.closeSubpath();
+    p.drawPath(front);
+}
+
+void DrawNew(QPainter &p)
+{
+    DrawPage(p, QRectF(6, 3, 19, 25));
+    DrawLines(p, 10, 21, 13, 3, QColor(0xb8, 0xc0, 0xcc));
+    DrawBadge(p, QPointF(24, 24), DarkAmber, Mark::Star);
+}
+
+void DrawOpen(QPainter &p)
+{
+    DrawFolder(p, true);
+}
+
+void DrawClose(QPainter &p)
+{
+    DrawFolder(p, false);
+    DrawBadge(p, QPointF(24, 24), Red, Mark::Cross);
+}
+
+void DrawProperties(QPainter &p)
+{
+    DrawPage(p, QRectF(6, 3, 19, 25));
+    p.setPen(Outline(Blue, 1.3));
+    p.setBrush(LightBlue);
+    for (int i = 0; i < 3; ++i)
+        p.drawRect(QRectF(9.5, 10 + i * 5.5, 3, 3));
+    DrawLines(p, 15, 22, 11.5, 1, Ink);
+    DrawLines(p, 15, 22, 17, 1, Ink);
+    DrawLines(p, 15, 22, 22.5, 1, Ink);
+}
+
+void DrawTree(QPainter &p)
+{
+    p.setPen(Outline(Ink, 1.4));
+    p.drawLine(QPointF(16, 11), QPointF(16, 15.5));
+    p.drawLine(QPointF(7.5, 15.5), QPointF(24.5, 15.5));
+    p.drawLine(QPointF(7.5, 15.5), QPointF(7.5, 20));
+    p.drawLine(QPointF(24.5, 15.5), QPointF(24.5, 20));
+    DrawNode(p, QRectF(10.5, 3.5, 11, 7.5), Blue, Blue.darker(130));
+    DrawNode(p, QRectF(2.5, 20, 10, 7.5), LightBlue, Blue);
+    DrawNode(p, QRectF(19.5, 20, 10, 7.5), LightBlue, Blue);
+}
+
+void DrawConcept(QPainter &p)
+{
+    p.setPen(Outline(Ink, 1.4));
+    p.drawLine(QPointF(13, 10), QPointF(13, 16));
+    DrawNode(p, QRectF(6, 3, 14, 7.5), LightBlue, Blue);
+    DrawNode(p, QRectF(4, 16, 17, 9), Blue, Blue.darker(130));
+}
+
+void DrawNewConcept(QPainter &p)
+{
+    DrawConcept(p);
+    DrawBadge(p, QPointF(24, 24), Green, Mark::Plus);
+}
+
+void DrawDeleteConcept(QPainter &p)
+{
+    DrawConcept(p);
+    DrawBadge(p, QPointF(24, 24), Red, Mark::Minus);
+}
+
+// A sticky note: blank without a note, written on with one.
+void DrawNote(QPainter &p, bool written)
+{
+    QPainterPath note;
+    note.moveTo(5, 5);
+    note.lineTo(27, 5);
+    note.lineTo(27, 21);
+    note.lineTo(21, 27);
+    note.lineTo(5, 27);
+    note.closeSubpath();
+    p.setPen(Outline(DarkAmber));
+    p.setBrush(written ? Amber : QColor(0xff, 0xf6, 0xd6));
+    p.drawPath(note);
+    QPainterPath curl;
+    curl.moveTo(27, 21);
+    curl.lineTo(21, 21);
+    curl.lineTo(21, 27);
+    p.setBrush(written ? DarkAmber : QColor(0xf0, 0xdc, 0xa0));
+    p.drawPath(curl);
+    if (written)
+        DrawLines(p, 9, 23, 11, 3, Ink);
+}
+
+void DrawTermbaseEditor(QPainter &p)
+{
+    // A closed book with a bookmark.
+    p.setPen(Outline(QColor(0x1f, 0x4d, 0x80)));
+    p.setBrush(QColor(0x3d, 0x7d, 0xc4));
+    p.drawRoundedRect(QRectF(6, 3, 20, 26), 2, 2);
+    p.setBrush(Paper);
+    p.drawRect(QRectF(9, 24, 17, 3));
+    p.setPen(Outline(QColor(0x1f, 0x4d, 0x80), 1.2));
+    p.drawLine(QPointF(9, 3.5), QPointF(9, 24));
+    p.setPen(Outline(Paper, 1.6));
+    p.drawLine(QPointF(13, 9), QPointF(22, 9));
+    p.drawLine(QPointF(13, 13), QPointF(20, 13));
+    p.setPen(Qt::NoPen);
+    p.setBrush(Red);
+    QPainterPath ribbon;
+    ribbon.moveTo(20, 3);
+    ribbon.lineTo(24, 3);
+    ribbon.lineTo(24, 18);
+    ribbon.lineTo(22, 16);
+    ribbon.lineTo(20, 18);
+    ribbon.closeSubpath();
+    p.drawPath(ribbon);
+}
+
+void DrawHelp(QPainter &p)
+{
+    p.setPen(Outline(Blue.darker(130)));
+    p.setBrush(Blue);
+    p.drawEllipse(QPointF(16, 16), 12.5, 12.5);
+    QFont font(QStringLiteral("Sans Serif"));
+    font.setBold(true);
+    font.setPixelSize(18);
+    p.setFont(font);
+    p.setPen(Qt::white);
+    p.drawText(QRectF(4, 4, 24, 24), Qt::AlignCenter, QStringLiteral("?"));
+}
+
+using Drawing = std::function<void(QPainter &)>;
+
+const QHash<QString, Drawing> &Drawings()
+{
+    static const QHash<QString, Drawing> drawings{
+        {QStringLiteral("new"), DrawNew},
+        {QStringLiteral("open"), DrawOpen},
+        {QStringLiteral("close"), DrawClose},
+        {QStringLiteral("properties"), DrawProperties},
+        {QStringLiteral("tree"), DrawTree},
+        {QStringLiteral("newcpt"), DrawNewConcept},
+        {QStringLiteral("delcpt"), DrawDeleteConcept},
+        {QStringLiteral("note-out"), [](QPainter &p) { DrawNote(p, false); }},
+        {QStringLiteral("note-in"), [](QPainter &p) { DrawNote(p, true); }},
+        {QStringLiteral("tbeditor"), DrawTermbaseEditor},
+        {QStringLiteral("help"), DrawHelp},
     };
-    return sources;
+    return drawings;
+}
+
+QPixmap Render(const Drawing &draw, int size)
+{
+    QPixmap pixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.scale(size / Grid, size / Grid);
+    draw(painter);
+    return pixmap;
 }
 
 } // namespace
 
 QIcon Image(const QString &key)
 {
-    const auto found = Sources().constFind(key);
-    if (found == Sources().cend())
+    const auto found = Drawings().constFind(key);
+    if (found == Drawings().cend())
         return {};
-    const QIcon fallback = QApplication::style()->standardIcon(found->fallback);
-    return QIcon::fromTheme(QString::fromLatin1(found->theme), fallback);
+    QIcon icon;
+    for (int size : {16, 24, 32, 48, 64})
+        icon.addPixmap(Render(*found, size));
+    return icon;
 }
 
 } // namespace lx::ui

@@ -5,8 +5,8 @@
 
 namespace lx::ui {
 
-// The program's images by key ("new", "open", "note-out", ...): the desktop theme's icon
-// where there is one, else a standard one of the style.
+// The program's images by key ("new", "open", "note-out", ...), drawn by the program itself so
+// that they look the same on every desktop. An unknown key gives an empty icon.
 QIcon Image(const QString &key);
 
 } // namespace lx::ui
