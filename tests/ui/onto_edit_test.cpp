@@ -1,5 +1,7 @@
+#include "open_ontology_fixture.h"
 #include "ui/frm_about.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/images.h"
 #include "ui_fixture.h"
 
 #include <QAction>
@@ -8,8 +10,10 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTest>
 #include <QToolBar>
 
 namespace {
@@ -71,8 +75,28 @@ TEST_F(OntoEditTest, ToolBarHasItsPlacesKeysAndTips)
         EXPECT_EQ(button->isSeparator(), keys[place - 1].isEmpty()) << "place " << place;
         EXPECT_EQ(button->objectName(), keys[place - 1]) << "place " << place;
     }
-    EXPECT_EQ(form.ToolButton(14)->toolTip(), QStringLiteral("Start Termbase Editor"));
-    EXPECT_EQ(form.ToolButton(12)->property("imageKey").toString(), QStringLiteral("note-out"));
+    const QStringList tips{
+        QStringLiteral("New ontology"),          QStringLiteral("Open ontology"),
+        QStringLiteral("Close ontology"),        QStringLiteral("Ontology properties"),
+        QStringLiteral("Ontology hierarchy"),    QStringLiteral("Add concept"),
+        QStringLiteral("Delete concept"),        QStringLiteral("Working note"),
+        QStringLiteral("Start Termbase Editor"), QStringLiteral("Help")};
+    const QStringList images{QStringLiteral("new"),      QStringLiteral("open"),
+                             QStringLiteral("close"),    QStringLiteral("properties"),
+                             QStringLiteral("tree"),     QStringLiteral("newcpt"),
+                             QStringLiteral("delcpt"),   QStringLiteral("note-out"),
+                             QStringLiteral("tbeditor"), QStringLiteral("help")};
+    QStringList shownTips, shownImages;
+    for (int place = 1; place <= frmOntoEdit::ToolBarPlaces; ++place) {
+        if (form.ToolButton(place)->isSeparator())
+            continue;
+        shownTips << form.ToolButton(place)->toolTip();
+        shownImages << form.ToolButton(place)->property("imageKey").toString();
+        EXPECT_FALSE(form.ToolButton(place)->icon().isNull()) << "place " << place;
+    }
+    EXPECT_EQ(shownTips, tips);
+    EXPECT_EQ(shownImages, images);
+    EXPECT_FALSE(lx::ui::Image(QStringLiteral("note-in")).isNull());
 }
 
 TEST_F(OntoEditTest, OntologyCommandsComeAndGoTogether)
@@ -133,6 +157,102 @@ TEST_F(OntoEditTest, AboutIsModalAndUnloadedAfter)
     EXPECT_EQ(shown->objectName(), QStringLiteral("frmAbout"));
     EXPECT_EQ(Forms().Find<lx::ui::frmAbout>(), nullptr);
     EXPECT_EQ(Forms().list(), QList<QWidget *>{&form});
+}
+
+// Commands whose logic comes with later steps answer plainly instead of acting.
+TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
+{
+    form.EnableOntologyCommands();
+    QList<QAction *> later{form.mnuFileImport,       form.mnuFileExport,     form.mnuConceptAdd,
+                           form.mnuConceptEdit,      form.mnuConceptEditDef, form.mnuConceptDelete,
+                           form.mnuConceptTree,      form.mnuConceptNote,    form.mnuTreeFull,
+                           form.mnuTreeObject,       form.mnuTreeSelConcept, form.mnuToolsTBEd,
+                           form.mnuToolsOntoNav,     form.mnuGenHTML,        form.mnuToolsOptions,
+                           form.mnuToolsBatchNaming, form.mnuToolsListNotes};
+    for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo, form.mnuName, form.mnuInherit})
+        later << popup->actions().first();
+    for (int place : {7, 9, 10, 12, 14})
+        later << form.ToolButton(place);
+    for (qsizetype i = 0; i < later.size(); ++i)
+        user.answerMsgBox(lx::msg::OK);
+
+    for (QAction *command : later)
+        command->trigger();
+
+    ASSERT_EQ(user.calls().size(), later.size());
+    for (const auto &call : user.calls())
+        EXPECT_EQ(call.text, QStringLiteral("This command is not available yet."));
+}
+
+TEST_F(OntoEditTest, CutAndPasteInTheMenuDoNothing)
+{
+    form.EnableOntologyCommands();
+    form.txtDef->setPlainText(QStringLiteral("A feathered animal"));
+    form.txtDef->selectAll();
+    form.mnuEditCut->trigger();
+    form.mnuEditPaste->trigger();
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
+    EXPECT_TRUE(user.calls().isEmpty());
+}
+
+// Ctrl+C, Ctrl+X and Ctrl+V in the definition go through the program's clipboard.
+TEST_F(OntoEditTest, DefinitionClipboardKeys)
+{
+    form.EnableOntologyCommands();
+    QPlainTextEdit *box = form.txtDef;
+    box->setPlainText(QStringLiteral("A feathered animal"));
+    user.SetClipboardText(QStringLiteral("kept"));
+
+    QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(user.ClipboardText(), QStringLiteral("kept")) << "nothing selected";
+
+    QTextCursor cursor = box->textCursor();
+    cursor.setPosition(2);
+    cursor.setPosition(11, QTextCursor::KeepAnchor); // "feathered"
+    box->setTextCursor(cursor);
+    QTest::keyClick(box, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(user.ClipboardText(), QStringLiteral("feathered"));
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("A feathered animal"));
+
+    QTest::keyClick(box, Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("A  animal"));
+
+    user.SetClipboardText(QStringLiteral("winged"));
+    QTest::keyClick(box, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(box->toPlainText(), QStringLiteral("A winged animal"));
+
+    box->selectAll();
+    form.mnuEditCopy->trigger();
+    EXPECT_EQ(user.ClipboardText(), QStringLiteral("A winged animal"));
+}
+
+using GoToConceptTest = lx::test::OpenOntologyTest;
+
+// In list mode 2 a relation isn't listed: going to it asks to change the option.
+TEST_F(GoToConceptTest, AConceptHiddenByTheListModeBringsUpTheQuestion)
+{
+    openByDialog(sample(QStringLiteral("Birds"), 2));
+    form.GoToConcept(QStringLiteral("BIRD"));
+    EXPECT_EQ(form.ListText(), QStringLiteral("BIRD"));
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
+    EXPECT_EQ(user.calls().size(), 1) << "a listed concept asks nothing";
+
+    const QString question =
+        QStringLiteral("This concept can't be displayed because it belongs to a set of top nodes "
+                       "or relationships banned by the display options.Do you want to change "
+                       "this option?");
+    user.answerMsgBox(lx::msg::No);
+    form.GoToConcept(QStringLiteral("EATS"));
+    ASSERT_EQ(user.calls().size(), 2);
+    EXPECT_EQ(user.calls()[1].text, question);
+    EXPECT_EQ(user.calls()[1].style, lx::msg::YesNo | lx::msg::Information);
+    EXPECT_EQ(form.ListText(), QStringLiteral("BIRD")) << "the list stays where it was";
+
+    // Yes goes to the options and then tries again.
+    user.answerMsgBox(lx::msg::Yes).answerMsgBox(lx::msg::OK).answerMsgBox(lx::msg::No);
+    form.GoToConcept(QStringLiteral("EATS"));
+    ASSERT_EQ(user.calls().size(), 5);
+    EXPECT_EQ(user.calls()[4].text, question);
 }
 
 } // namespace
