@@ -7,7 +7,7 @@
 namespace lx {
 
 // Concept type codes of CONCEPTS.Type.
-enum ConceptType : int {
+enum ConceptTypeCode : int {
     ctObject = 1,
     ctEvent = 2,
     ctAttribute = 3,
