@@ -73,6 +73,18 @@ TEST_F(MkseedTest, RefusesBadSourcesByFileAndLine)
          "concepts.tsv",
          {QStringLiteral("ATTR-%1\t3\t1\tToo long.").arg(QString(50, QLatin1Char('X')))},
          "50 characters"},
+        {"unknown category",
+         "tb_valid_families.tsv",
+         {"0.3\t99.9\t*"},
+         "valid_families refuses the row"},
+        {"parent after child",
+         "tb_datcats.tsv",
+         {"7.7.7\tdescrip\tlate\ttext\tfalse\tfalse\t7.7"},
+         "datcats refuses the row"},
+        {"unnamed category",
+         "tb_datcats.tsv",
+         {"7.9\tdescrip\tunnamed\ttext\tfalse\tfalse\t7"},
+         "7.9 has no name in en"},
     };
     for (const Case &c : cases) {
         fresh();

@@ -9,6 +9,7 @@
 #include "core/store/database.h"
 #include "core/store/errors.h"
 #include "ontology/store/schema.h"
+#include "termbase/store/schema.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,11 +30,12 @@ namespace {
 using namespace lx;
 using namespace lx::store;
 
-enum class Kind { Text, Byte, Boolean };
+enum class Kind { Text, Byte, Long, Boolean };
 
 struct Column {
     const char *name; // header word and field name alike
     Kind kind;
+    bool nullable = false; // "-" stands for Null
 };
 
 struct SourceTable {
@@ -62,12 +64,44 @@ const std::vector<SourceTable> &SourceTables()
         {"languages.tsv",
          "Languages",
          {{"Lang_ID", Kind::Text}, {"Language", Kind::Text}, {"Show", Kind::Boolean}}},
+        // The termbase tables, a character set before its languages, a category before its
+        // names, elements, picklist values and families.
+        {"tb_charsets.tsv",
+         "charsets",
+         {{"charsetID", Kind::Text}, {"description", Kind::Text}, {"wsd", Kind::Text}}},
+        {"tb_langs.tsv",
+         "langs",
+         {{"langID", Kind::Text},
+          {"description", Kind::Text},
+          {"charsetID", Kind::Text},
+          {"order", Kind::Byte}}},
+        {"tb_datcats.tsv",
+         "datcats",
+         {{"categoryID", Kind::Text},
+          {"GI_name", Kind::Text},
+          {"type", Kind::Text},
+          {"value_type", Kind::Text},
+          {"needs_lang", Kind::Boolean},
+          {"forms_link", Kind::Boolean},
+          {"parentCatID", Kind::Text, true}}},
+        {"tb_datcats_names.tsv",
+         "datcats_names",
+         {{"categoryID", Kind::Text}, {"langID", Kind::Text}, {"name", Kind::Text}}},
+        {"tb_elements.tsv",
+         "elements",
+         {{"elemID", Kind::Long}, {"categoryID", Kind::Text}, {"parentID", Kind::Long, true}}},
+        {"tb_picklists.tsv", "picklists", {{"categoryID", Kind::Text}, {"value", Kind::Text}}},
+        {"tb_valid_families.tsv",
+         "valid_families",
+         {{"parentCategoryID", Kind::Text},
+          {"childCategoryID", Kind::Text},
+          {"occurrence", Kind::Text}}},
     };
     return tables;
 }
 
 // Table builders run on the empty file before any row goes in.
-const std::function<void(Database &)> kBuilders[] = {BuildOntologyTables};
+const std::function<void(Database &)> kBuilders[] = {BuildOntologyTables, BuildTermbaseSeedTables};
 
 // The concepts that the program looks for by name.
 const char *const kRequiredConcepts[] = {"ALL",
@@ -163,6 +197,8 @@ QVariant Convert(const Source &source, const Row &row, int column)
 {
     const Column &c = source.spec->columns[size_t(column)];
     const QString &v = row.values[column];
+    if (c.nullable && v == QLatin1String("-"))
+        return {};
     switch (c.kind) {
     case Kind::Text:
         return v;
@@ -172,6 +208,13 @@ QVariant Convert(const Source &source, const Row &row, int column)
         if (!ok || n > 255)
             source.fail(row.line, QStringLiteral("%1 must be a number from 0 to 255").arg(c.name));
         return int(n);
+    }
+    case Kind::Long: {
+        bool ok = false;
+        const int n = v.toInt(&ok);
+        if (!ok)
+            source.fail(row.line, QStringLiteral("%1 must be a whole number").arg(c.name));
+        return n;
     }
     case Kind::Boolean:
         if (v == QLatin1String("true"))
@@ -336,6 +379,63 @@ void CheckOntology(const std::vector<Source> &sources)
         languages.fail(0, QStringLiteral("the language en is missing"));
 }
 
+// What the termbase editor looks for in a new termbase: the top categories below DC, a name of
+// every category in the languages of the options, the frame of elements 1 and 3, and values for
+// every picklist category.
+void CheckTermbase(const std::vector<Source> &sources)
+{
+    const Source &datcats = SourceOf(sources, "tb_datcats.tsv");
+    const Source &names = SourceOf(sources, "tb_datcats_names.tsv");
+    const Source &elements = SourceOf(sources, "tb_elements.tsv");
+    const Source &picklists = SourceOf(sources, "tb_picklists.tsv");
+
+    QHash<QString, QString> parentOf;
+    QSet<QString> picklistCategories;
+    for (const Row &row : datcats.rows) {
+        parentOf.insert(row.values[0], row.values[6]);
+        if (row.values[3] == QLatin1String("picklist"))
+            picklistCategories.insert(row.values[0]);
+    }
+    for (const char *top : {"0", "1", "2", "descrip", "admin", "100"})
+        if (parentOf.value(QString::fromLatin1(top)) != QLatin1String("DC"))
+            datcats.fail(
+                0,
+                QStringLiteral("the top category %1 must stand below DC").arg(QLatin1String(top)));
+
+    QSet<QPair<QString, QString>> named;
+    QHash<QString, QString> englishName;
+    for (const Row &row : names.rows) {
+        named.insert({row.values[0], row.values[1]});
+        if (row.values[1] == QLatin1String("en"))
+            englishName.insert(row.values[0], row.values[2]);
+    }
+    for (const Row &row : datcats.rows)
+        for (const char *lang : {"en", "es"})
+            if (!named.contains({row.values[0], QString::fromLatin1(lang)}))
+                datcats.fail(
+                    row.line,
+                    QStringLiteral("%1 has no name in %2").arg(row.values[0], QLatin1String(lang)));
+
+    QHash<QString, QString> categoryOfElement;
+    for (const Row &row : elements.rows)
+        categoryOfElement.insert(row.values[0], row.values[1]);
+    if (categoryOfElement.value(QStringLiteral("1")) != QLatin1String("0"))
+        elements.fail(0, QStringLiteral("element 1 must be the root, of category 0"));
+    if (englishName.value(categoryOfElement.value(QStringLiteral("3"))) != QLatin1String("body"))
+        elements.fail(0, QStringLiteral("element 3 must be the folder body"));
+
+    QSet<QString> withValues;
+    for (const Row &row : picklists.rows) {
+        if (!picklistCategories.contains(row.values[0]))
+            picklists.fail(row.line,
+                           QStringLiteral("%1 isn't a picklist category").arg(row.values[0]));
+        withValues.insert(row.values[0]);
+    }
+    for (const QString &id : picklistCategories)
+        if (!withValues.contains(id))
+            picklists.fail(0, QStringLiteral("the picklist %1 has no values").arg(id));
+}
+
 void RemoveFile(const QString &path)
 {
     for (const char *suffix : {"", "-wal", "-shm"})
@@ -361,6 +461,7 @@ int Run(const QString &folder, const QString &output)
             WriteSource(db, source);
         db.Close();
         CheckOntology(sources);
+        CheckTermbase(sources);
     } catch (...) {
         RemoveFile(part);
         throw;

@@ -1,0 +1,76 @@
+#include "termbase/store/seed.h"
+
+#include "core/process.h"
+#include "core/store/database.h"
+#include "ontology/store/seed.h"
+
+#include <initializer_list>
+
+namespace lx {
+
+using namespace store;
+
+namespace {
+
+// All rows of one table, field by field, in the seed's table order.
+void CopyTable(Database &termbase, Database &seed, const QString &table,
+               std::initializer_list<QStringView> fields)
+{
+    Recordset destination = termbase.OpenRecordset(table, dbOpenDynaset);
+    Recordset source = seed.OpenRecordset(table, dbOpenTable);
+    source.MoveFirst();
+    while (!source.Eof()) {
+        destination.AddNew();
+        for (QStringView field : fields)
+            destination.Collect(field, source.Value(field));
+        destination.Update();
+        source.MoveNext();
+    }
+    destination.Close();
+    source.Close();
+}
+
+} // namespace
+
+void CopyTermbaseSeed(const QString &path)
+{
+    Database termbase = DBEngine::OpenDatabase(path);
+    Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, false, kSeedConnect);
+    CopyTable(termbase, seed, QStringLiteral("charsets"), {u"charsetID", u"description", u"wsd"});
+    CopyTable(termbase, seed, QStringLiteral("langs"),
+              {u"langID", u"description", u"charsetID", u"order"});
+    CopyTable(termbase, seed, QStringLiteral("datcats"),
+              {u"categoryID", u"GI_name", u"type", u"value_type", u"needs_lang", u"forms_link",
+               u"parentCatID"});
+    CopyTable(termbase, seed, QStringLiteral("datcats_names"), {u"categoryID", u"langID", u"name"});
+    CopyTable(termbase, seed, QStringLiteral("elements"), {u"elemID", u"categoryID", u"parentID"});
+    CopyTable(termbase, seed, QStringLiteral("picklists"), {u"categoryID", u"value"});
+    CopyTable(termbase, seed, QStringLiteral("valid_families"),
+              {u"parentCategoryID", u"childCategoryID", u"occurrence"});
+    seed.Close();
+    termbase.Close();
+}
+
+void CopyWorkingConcepts(const QString &path)
+{
+    ProcessState &p = Process();
+    Database termbase = DBEngine::OpenDatabase(path);
+    Recordset concepts = termbase.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    Recordset working = p.OntoDB.OpenRecordset(QStringLiteral("SELECT * from CONCEPTS ") +
+                                                   QStringLiteral("WHERE Concept <> ") + p.Quote +
+                                                   p.TopConcept + p.Quote,
+                                               dbOpenSnapshot);
+    if (working.RecordCount() > 0) {
+        working.MoveFirst();
+        for (; !working.Eof(); working.MoveNext()) {
+            concepts.AddNew();
+            concepts.Collect(u"Concept", working.Value(u"Concept"));
+            concepts.Update();
+        }
+    }
+    working.Close();
+    concepts.Close();
+    termbase.Close();
+}
+
+} // namespace lx
