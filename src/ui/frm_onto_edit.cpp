@@ -38,12 +38,6 @@ constexpr int KeyC = 67;
 constexpr int KeyV = 86;
 constexpr int KeyX = 88;
 
-QString SelectedText(const QListWidget *list)
-{
-    const QListWidgetItem *item = list->currentItem();
-    return item ? item->text() : QString();
-}
-
 // Paragraph breaks of the box as plain line breaks.
 QString SelectionOf(const QTextCursor &cursor)
 {
@@ -65,29 +59,8 @@ frmOntoEdit::frmOntoEdit()
     fixListColumns();
     setAcceptDrops(true);
 
-    connect(txtCptSearch, &QLineEdit::textChanged, this,
-            [this] { RunCommand([this] { txtCptSearch_Change(); }); });
-    connect(dblConcepts, &QListView::clicked, this, Command(this, &frmOntoEdit::dblConcepts_Click));
-    connect(dblConcepts, &QWidget::customContextMenuRequested, this,
-            [this] { dblConcepts_MouseUp(); });
-    // A double click on a parent or relative goes there; on a subclass it searches for it.
-    for (QListWidget *list : {lstISA, lstAncestors, lstDescendants}) {
-        connect(list, &QListWidget::itemDoubleClicked, this, [this, list] {
-            const QString target = SelectedText(list);
-            if (!target.isEmpty())
-                RunCommand([this, target] { GoToConcept(target); });
-        });
-    }
-    connect(lstSubclasses, &QListWidget::itemDoubleClicked, this,
-            Command(this, &frmOntoEdit::lstSubclasses_DblClick));
-    connect(lstISA, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuISA); });
-    connect(lstRels, &QWidget::customContextMenuRequested, this,
-            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuDomain : mnuRel); });
-    connect(lstAttrs, &QWidget::customContextMenuRequested, this,
-            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuRange : mnuAttr); });
-    connect(lvwNames, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuName); });
-    connect(lvwInherit, &QWidget::customContextMenuRequested, this,
-            [this] { lvwInherit_MouseUp(); });
+    connectList();
+    connectView();
 
     Process().Quote = QString(QChar(34));
     DisableOntologyCommands();
@@ -159,79 +132,6 @@ void frmOntoEdit::ClearConceptView()
     optCumulative->setChecked(false);
     optExclusive->setChecked(false);
     tbsEdit->setCurrentIndex(0);
-}
-
-// The concept's own row, its note and its type word; the lists of the view come with the
-// concept view itself.
-void frmOntoEdit::LoadConceptView()
-{
-    const bool slow = chkActivDesc->isChecked() || !optOff->isChecked();
-    if (slow) {
-        UI().SetMousePointer(pointer::Default);
-        SetWindowPointer(pointer::Hourglass);
-    }
-    if (CurrentConcept.isEmpty())
-        return;
-    const ConceptHeading heading = ReadConceptHeading(CurrentConcept);
-    if (heading.found) {
-        txtDef->setPlainText(heading.definition);
-        CurrentType = heading.type;
-        StatusPanel(1)->setText(heading.subset);
-        StatusPanel(2)->clear();
-    }
-    setNoteImage(HasNote(CurrentConcept));
-    StatusPanel(2)->setText(TypeWord(CurrentType));
-    SetWindowPointer(pointer::Arrow);
-}
-
-void frmOntoEdit::setNoteImage(bool hasNote)
-{
-    const QString key = hasNote ? QStringLiteral("note-in") : QStringLiteral("note-out");
-    ToolButton(12)->setIcon(Image(key));
-    ToolButton(12)->setProperty("imageKey", key);
-}
-
-void frmOntoEdit::ShowConceptList()
-{
-    m_listRows = ReadListRows(rsList, m_listField);
-    QStringList texts;
-    texts.reserve(m_listRows.size());
-    for (const ListRow &row : m_listRows)
-        texts.append(row.text);
-    m_listModel->setStringList(texts);
-}
-
-QString frmOntoEdit::SelectFirstListRow()
-{
-    if (m_listModel->rowCount() == 0)
-        return {};
-    dblConcepts->setCurrentIndex(m_listModel->index(0));
-    return ListText();
-}
-
-void frmOntoEdit::BindConceptList(const QString &field)
-{
-    const int row = dblConcepts->currentIndex().row();
-    m_listField = field;
-    ShowConceptList();
-    if (row >= 0 && row < m_listModel->rowCount())
-        dblConcepts->setCurrentIndex(m_listModel->index(row));
-}
-
-QString frmOntoEdit::ListText() const
-{
-    return dblConcepts->currentIndex().data().toString();
-}
-
-void frmOntoEdit::selectListRow(store::Bookmark bookmark)
-{
-    for (qsizetype row = 0; row < m_listRows.size(); ++row) {
-        if (m_listRows[row].bookmark == bookmark) {
-            dblConcepts->setCurrentIndex(m_listModel->index(int(row)));
-            dblConcepts->scrollTo(dblConcepts->currentIndex());
-            return;
-        }
-    }
 }
 
 void frmOntoEdit::UnloadOtherWindows()
@@ -377,48 +277,6 @@ void frmOntoEdit::NotAvailableYet()
     UI().MsgBox(QStringLiteral("This command is not available yet."));
 }
 
-// The search by prefix: the list follows the first match, and the view reloads either way.
-void frmOntoEdit::txtCptSearch_Change()
-{
-    const QString text = txtCptSearch->text();
-    if (text.isEmpty() || text == QLatin1String("Search..."))
-        return;
-    if (const std::optional<store::Bookmark> found = FindConceptByPrefix(rsList, text)) {
-        selectListRow(*found);
-        CurrentConcept = ListText();
-    }
-    LoadConceptView();
-}
-
-void frmOntoEdit::dblConcepts_Click()
-{
-    const QString kept = CurrentConcept;
-    CurrentConcept = ListText();
-    if (CurrentConcept.isEmpty())
-        CurrentConcept = kept;
-    if (CurrentConcept != kept)
-        LoadConceptView();
-}
-
-void frmOntoEdit::dblConcepts_MouseUp()
-{
-    mnuConceptDelete->setEnabled(CurrentType != 100);
-    popUp(mnuConcept);
-}
-
-void frmOntoEdit::lstSubclasses_DblClick()
-{
-    const QString child = SelectedText(lstSubclasses);
-    if (!child.isEmpty())
-        txtCptSearch->setText(child);
-}
-
-void frmOntoEdit::lvwInherit_MouseUp()
-{
-    if (lvwInherit->topLevelItemCount() > 0)
-        popUp(mnuInherit);
-}
-
 void frmOntoEdit::popUp(QMenu *menu)
 {
     menu->popup(QCursor::pos());
@@ -443,6 +301,8 @@ void frmOntoEdit::txtDef_KeyUp(int key, Qt::KeyboardModifiers shift)
 
 bool frmOntoEdit::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == txtCptSearch)
+        return searchBoxEvent(event) || QMainWindow::eventFilter(watched, event);
     if (watched != txtDef ||
         (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease &&
          event->type() != QEvent::ShortcutOverride))

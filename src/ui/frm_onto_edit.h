@@ -1,6 +1,8 @@
 #pragma once
 
 #include "core/signal_label.h"
+#include "ontology/edit/concept_view.h"
+#include "ontology/edit/inheritance.h"
 #include "ontology/store/concept_list.h"
 #include "ontology/store/onto_editor.h"
 
@@ -74,6 +76,34 @@ public:
     void dblConcepts_MouseUp();
     void lstSubclasses_DblClick();
     void lvwInherit_MouseUp();
+
+    // The concept list and its search box, in frm_onto_edit_list.cpp.
+    void dblConcepts_DblClick();
+    void txtCptSearch_GotFocus();
+    void txtCptSearch_LostFocus();
+    // The key to use for a typed character, 0 to drop it.
+    int txtCptSearch_KeyPress(int key);
+    void txtCptSearch_KeyUp(int key, Qt::KeyboardModifiers shift);
+
+    // The parts of the concept view and the inheritance tab, in frm_onto_edit_view.cpp.
+    void LoadSlots();
+    void LoadNames();
+    void LoadAncestors();
+    void LoadDescendants();
+    bool HasNote();
+    void RefreshInheritance();
+    void chkActiveAnc_Click();
+    void chkActivDesc_Click();
+    void optOff_Click();
+    void optCumulative_Click();
+    void optExclusive_Click();
+    void chkInhRels_Click();
+    void chkInhAttrs_Click();
+    void lvwInherit_ColumnClick(int column);
+    void mnuInheritGoToAttr_Click();
+    void mnuInheritGoToValue_Click();
+    void mnuInheritGoToFrom_Click();
+    void mnuInheritCopy_Click();
     // A command whose logic comes with a later step.
     void NotAvailableYet();
 
@@ -138,6 +168,14 @@ private:
     void fixListColumns();
 
     void setOntologyCommands(bool enabled);
+    void connectList();
+    void connectView();
+    bool searchBoxEvent(QEvent *event);
+    void showNames(const QList<NameRow> &names);
+    void showSlots(const SlotLists &slots);
+    void showInheritRow(const InheritRow &row);
+    void goToInheritColumn(int column);
+    void feedOpenSlotDialogs();
     void setNoteImage(bool hasNote);
     void selectListRow(store::Bookmark bookmark);
     void popUp(QMenu *menu);
@@ -147,6 +185,7 @@ private:
     QStringListModel *m_listModel = nullptr;
     QList<ListRow> m_listRows;
     QString m_listField = QStringLiteral("Concept");
+    int m_inheritSortKey = -1; // the column lvwInherit is sorted on, once a head was clicked
 };
 
 } // namespace lx::ui

@@ -249,7 +249,7 @@ void frmOntoEdit::routeMenus()
           mnuGenHTML, mnuToolsBatchNaming, mnuToolsListNotes})
         route(later, &frmOntoEdit::NotAvailableYet);
     for (QMenu *popup :
-         {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange, mnuName, mnuInherit}) {
+         {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange, mnuName}) {
         for (QAction *item : popup->actions()) {
             if (!item->isSeparator() && !item->menu())
                 route(item, &frmOntoEdit::NotAvailableYet);

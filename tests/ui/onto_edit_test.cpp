@@ -169,7 +169,7 @@ TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
                            form.mnuTreeObject,       form.mnuTreeSelConcept, form.mnuToolsTBEd,
                            form.mnuToolsOntoNav,     form.mnuGenHTML,        form.mnuToolsOptions,
                            form.mnuToolsBatchNaming, form.mnuToolsListNotes};
-    for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo, form.mnuName, form.mnuInherit})
+    for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo, form.mnuName})
         later << popup->actions().first();
     for (int place : {7, 9, 10, 12, 14})
         later << form.ToolButton(place);

@@ -1,0 +1,332 @@
+// The concept view of the ontology editor: every tab filled for CurrentConcept, and the
+// inheritance tab with its switches, sorting and popup.
+#include "core/command.h"
+#include "core/interaction.h"
+#include "core/text/like.h"
+#include "ui/forms.h"
+#include "ui/frm_onto_edit.h"
+#include "ui/images.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QToolBar>
+#include <QTreeWidget>
+
+namespace lx::ui {
+
+namespace {
+
+// A row of lvwInherit; the list sorts as text, without regard to case.
+class InheritItem : public QTreeWidgetItem {
+public:
+    using QTreeWidgetItem::QTreeWidgetItem;
+    bool operator<(const QTreeWidgetItem &other) const override
+    {
+        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
+        return text(column).compare(other.text(column), Qt::CaseInsensitive) < 0;
+    }
+};
+
+QString CurrentText(const QListWidget *list)
+{
+    const QListWidgetItem *item = list->currentItem();
+    return item ? item->text() : QString();
+}
+
+} // namespace
+
+void frmOntoEdit::connectView()
+{
+    // A double click on a parent or relative goes there; on a subclass it searches for it.
+    for (QListWidget *list : {lstISA, lstAncestors, lstDescendants}) {
+        connect(list, &QListWidget::itemDoubleClicked, this, [this, list] {
+            const QString target = CurrentText(list);
+            if (!target.isEmpty())
+                RunCommand([this, target] { GoToConcept(target); });
+        });
+    }
+    connect(lstSubclasses, &QListWidget::itemDoubleClicked, this,
+            Command(this, &frmOntoEdit::lstSubclasses_DblClick));
+    connect(lstISA, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuISA); });
+    connect(lstRels, &QWidget::customContextMenuRequested, this,
+            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuDomain : mnuRel); });
+    connect(lstAttrs, &QWidget::customContextMenuRequested, this,
+            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuRange : mnuAttr); });
+    connect(lvwNames, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuName); });
+    connect(lvwInherit, &QWidget::customContextMenuRequested, this,
+            [this] { lvwInherit_MouseUp(); });
+
+    // Switches act whenever their value changes, also when the program sets it.
+    const auto onCheck = [this](QAbstractButton *button, void (frmOntoEdit::*handler)()) {
+        connect(button, &QAbstractButton::toggled, this, Command(this, handler));
+    };
+    const auto onSet = [this](QRadioButton *option, void (frmOntoEdit::*handler)()) {
+        connect(option, &QRadioButton::toggled, this, [this, handler](bool set) {
+            if (set)
+                RunCommand([this, handler] { (this->*handler)(); });
+        });
+    };
+    onCheck(chkActiveAnc, &frmOntoEdit::chkActiveAnc_Click);
+    onCheck(chkActivDesc, &frmOntoEdit::chkActivDesc_Click);
+    onCheck(chkInhRels, &frmOntoEdit::chkInhRels_Click);
+    onCheck(chkInhAttrs, &frmOntoEdit::chkInhAttrs_Click);
+    onSet(optOff, &frmOntoEdit::optOff_Click);
+    onSet(optCumulative, &frmOntoEdit::optCumulative_Click);
+    onSet(optExclusive, &frmOntoEdit::optExclusive_Click);
+
+    lvwInherit->header()->setSectionsClickable(true);
+    connect(lvwInherit->header(), &QHeaderView::sectionClicked, this,
+            [this](int column) { lvwInherit_ColumnClick(column); });
+    const std::pair<const char *, void (frmOntoEdit::*)()> inherit[] = {
+        {"mnuInheritGoToAttr", &frmOntoEdit::mnuInheritGoToAttr_Click},
+        {"mnuInheritGoToValue", &frmOntoEdit::mnuInheritGoToValue_Click},
+        {"mnuInheritGoToFrom", &frmOntoEdit::mnuInheritGoToFrom_Click},
+        {"mnuInheritCopy", &frmOntoEdit::mnuInheritCopy_Click},
+    };
+    for (const auto &[name, handler] : inherit) {
+        if (auto *item = mnuInherit->findChild<QAction *>(QLatin1String(name)))
+            connect(item, &QAction::triggered, this, Command(this, handler));
+    }
+}
+
+// The slow lists and the inheritance run only on request, under the hourglass.
+void frmOntoEdit::LoadConceptView()
+{
+    if (chkActivDesc->isChecked() || !optOff->isChecked()) {
+        UI().SetMousePointer(pointer::Default);
+        SetWindowPointer(pointer::Hourglass);
+    }
+    if (CurrentConcept.isEmpty())
+        return;
+    const ConceptViewData view = ReadConceptView(CurrentConcept, CurrentType);
+    // A concept deleted behind the view leaves its definition and type on screen.
+    if (view.Heading.found) {
+        txtDef->setPlainText(view.Heading.definition);
+        CurrentType = view.Heading.type;
+        StatusPanel(1)->setText(view.Heading.subset);
+        StatusPanel(2)->clear();
+    }
+    setNoteImage(view.HasNote);
+    StatusPanel(2)->setText(TypeWord(CurrentType));
+    lstISA->clear();
+    lstISA->addItems(view.Parents);
+    lstSubclasses->clear();
+    lstSubclasses->addItems(view.Children);
+    showNames(view.Names);
+    showSlots(view.Slots);
+    if (chkActivDesc->isChecked())
+        LoadDescendants();
+    if (chkActiveAnc->isChecked())
+        LoadAncestors();
+    if (!optOff->isChecked())
+        RefreshInheritance();
+    feedOpenSlotDialogs();
+    SetWindowPointer(pointer::Arrow);
+}
+
+// An open relation or attribute dialog follows the concept on screen.
+void frmOntoEdit::feedOpenSlotDialogs()
+{
+    for (QWidget *form : Forms().list()) {
+        const QString caption = form->windowTitle();
+        if (!text::Like(caption, u"* Relation") && !text::Like(caption, u"* Attribute"))
+            continue;
+        if (QObject *box = form->findChild<QObject *>(QStringLiteral("txtConcept1")))
+            box->setProperty("text", CurrentConcept);
+    }
+}
+
+bool frmOntoEdit::HasNote()
+{
+    return lx::HasNote(CurrentConcept);
+}
+
+void frmOntoEdit::setNoteImage(bool hasNote)
+{
+    const QString key = hasNote ? QStringLiteral("note-in") : QStringLiteral("note-out");
+    ToolButton(12)->setIcon(Image(key));
+    ToolButton(12)->setProperty("imageKey", key);
+}
+
+void frmOntoEdit::LoadNames()
+{
+    showNames(ReadNames(CurrentConcept));
+}
+
+void frmOntoEdit::showNames(const QList<NameRow> &names)
+{
+    lvwNames->clear();
+    for (const NameRow &name : names) {
+        auto *item = new QTreeWidgetItem(lvwNames);
+        item->setText(0, name.Language);
+        item->setText(1, name.Name);
+        item->setText(2, name.NameId.toString());
+    }
+}
+
+void frmOntoEdit::LoadSlots()
+{
+    showSlots(ReadSlots(CurrentConcept, CurrentType));
+}
+
+void frmOntoEdit::showSlots(const SlotLists &slots)
+{
+    lblRels->setText(slots.RelsLabel);
+    lstRels->clear();
+    lstRels->addItems(slots.Rels);
+    lblAttrs->setText(slots.AttrsLabel);
+    lstAttrs->clear();
+    lstAttrs->addItems(slots.Attrs);
+}
+
+void frmOntoEdit::LoadAncestors()
+{
+    lstAncestors->clear();
+    if (chkActiveAnc->isChecked())
+        lstAncestors->addItems(ReadAncestors(CurrentConcept));
+}
+
+void frmOntoEdit::LoadDescendants()
+{
+    lstDescendants->clear();
+    if (chkActivDesc->isChecked())
+        lstDescendants->addItems(ReadDescendants(CurrentConcept));
+}
+
+void frmOntoEdit::chkActiveAnc_Click()
+{
+    LoadAncestors();
+}
+
+void frmOntoEdit::chkActivDesc_Click()
+{
+    LoadDescendants();
+}
+
+// The walk can take long: the list is hidden and the status bar says so while it runs.
+void frmOntoEdit::RefreshInheritance()
+{
+    lvwInherit->clear();
+    if (optOff->isChecked())
+        return;
+    const QString include = InheritIncludeCode(chkInhRels->isChecked(), chkInhAttrs->isChecked());
+    if (include.isEmpty())
+        return;
+    const QString kept = StatusPanel(1)->text();
+    StatusPanel(1)->setText(QStringLiteral("Calculating..."));
+    SetWindowPointer(pointer::Hourglass);
+    lvwInherit->hide();
+    for (const InheritRow &row :
+         RefreshInheritanceRows(CurrentConcept, optCumulative->isChecked(), include))
+        showInheritRow(row);
+    if (m_inheritSortKey >= 0)
+        lvwInherit->sortItems(m_inheritSortKey, Qt::AscendingOrder);
+    // As in a list of this kind, the first row is the selected one until the user picks.
+    if (lvwInherit->topLevelItemCount() > 0)
+        lvwInherit->setCurrentItem(lvwInherit->topLevelItem(0));
+    lvwInherit->show();
+    StatusPanel(1)->setText(kept);
+    SetWindowPointer(pointer::Arrow);
+}
+
+void frmOntoEdit::showInheritRow(const InheritRow &row)
+{
+    auto *item = new InheritItem(lvwInherit);
+    item->setText(0, row.Attr);
+    item->setText(1, row.Value);
+    item->setText(2, row.From);
+}
+
+void frmOntoEdit::optOff_Click()
+{
+    lvwInherit->clear();
+    for (QWidget *control :
+         {static_cast<QWidget *>(fralvwInclude), static_cast<QWidget *>(chkInhRels),
+          static_cast<QWidget *>(chkInhAttrs)})
+        control->setEnabled(false);
+}
+
+void frmOntoEdit::optCumulative_Click()
+{
+    RefreshInheritance();
+    for (QWidget *control :
+         {static_cast<QWidget *>(fralvwInclude), static_cast<QWidget *>(chkInhRels),
+          static_cast<QWidget *>(chkInhAttrs)})
+        control->setEnabled(true);
+}
+
+void frmOntoEdit::optExclusive_Click()
+{
+    optCumulative_Click(); // the same steps; RefreshInheritance reads which option is set
+}
+
+void frmOntoEdit::chkInhRels_Click()
+{
+    RefreshInheritance();
+}
+
+void frmOntoEdit::chkInhAttrs_Click()
+{
+    RefreshInheritance();
+}
+
+// Once a head is clicked the list stays sorted on that column.
+void frmOntoEdit::lvwInherit_ColumnClick(int column)
+{
+    m_inheritSortKey = column;
+    lvwInherit->sortItems(column, Qt::AscendingOrder);
+}
+
+void frmOntoEdit::lvwInherit_MouseUp()
+{
+    if (lvwInherit->topLevelItemCount() > 0)
+        popUp(mnuInherit);
+}
+
+void frmOntoEdit::goToInheritColumn(int column)
+{
+    if (const QTreeWidgetItem *item = lvwInherit->currentItem())
+        txtCptSearch->setText(item->text(column));
+}
+
+void frmOntoEdit::mnuInheritGoToAttr_Click()
+{
+    goToInheritColumn(0);
+}
+
+void frmOntoEdit::mnuInheritGoToValue_Click()
+{
+    goToInheritColumn(1);
+}
+
+void frmOntoEdit::mnuInheritGoToFrom_Click()
+{
+    goToInheritColumn(2);
+}
+
+// The rows as the list shows them, in its present order.
+void frmOntoEdit::mnuInheritCopy_Click()
+{
+    const int count = lvwInherit->topLevelItemCount();
+    if (count == 0)
+        return;
+    std::vector<InheritRow> rows;
+    rows.reserve(size_t(count));
+    for (int i = 0; i < count; ++i) {
+        const QTreeWidgetItem *item = lvwInherit->topLevelItem(i);
+        rows.push_back({item->text(0), item->text(1), item->text(2)});
+    }
+    UI().SetClipboardText(InheritClipboardText(
+        CurrentConcept, optCumulative->isChecked(),
+        InheritIncludeCode(chkInhRels->isChecked(), chkInhAttrs->isChecked()), rows));
+}
+
+} // namespace lx::ui
