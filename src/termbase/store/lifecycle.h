@@ -1,0 +1,30 @@
+#pragma once
+
+#include "termbase/store/tb_editor.h"
+
+#include <QString>
+
+// Creating, opening and closing the one open termbase, and its options. The metadata lives in
+// Process().TermMeta from open to close; the MetaData row on disk is written at creation and
+// again at close.
+namespace lx {
+
+// The commands of the termbase editor's "File" and "Tools" menus, with their error handling.
+void NewTermbase(TermbaseEditor &editor);            // mnuFileNew
+void OpenTermbaseByDialog(TermbaseEditor &editor);   // mnuFileOPen
+void CloseTermbaseCommand(TermbaseEditor &editor);   // mnuFileClose, and the first half of Exit
+void EditTermbaseProperties(TermbaseEditor &editor); // mnuFileProperties
+void SetTermbaseOptions(TermbaseEditor &editor);     // mnuToolsOptions
+
+// Opens the file at `path` under the open ontology. A file of another working ontology is
+// refused, and `path` is emptied: callers pass Process().TermPath.
+void OpenTermbase(TermbaseEditor &editor, QString &path);
+// Writes MetaData back (Modified = now, Ontology untouched), closes the file and empties the
+// editor.
+void CloseTermbase(TermbaseEditor &editor);
+
+// The folders beside a termbase, named after its metadata name.
+QString TermbasePublishFolder(const QString &name);
+QString TermbaseBackFolder(const QString &name);
+
+} // namespace lx
