@@ -63,6 +63,9 @@ QString frmOntoEdit::SelectFirstListRow()
 
 void frmOntoEdit::BindConceptList(const QString &field)
 {
+    // The same field again shows the same rows: a long list isn't read twice.
+    if (field == m_listField && m_listRows.size() == m_listModel->rowCount())
+        return;
     const int row = dblConcepts->currentIndex().row();
     m_listField = field;
     ShowConceptList();
