@@ -11,6 +11,7 @@
 #include <QListView>
 #include <QListWidget>
 #include <QMenu>
+#include <QSignalBlocker>
 #include <QStringListModel>
 
 namespace lx::ui {
@@ -37,6 +38,9 @@ void frmOntoEdit::connectList()
             [this] { RunCommand([this] { txtCptSearch_Change(); }); });
     txtCptSearch->installEventFilter(this);
     connect(dblConcepts, &QListView::clicked, this, Command(this, &frmOntoEdit::dblConcepts_Click));
+    // Moving the selection with the keys is a click too; the program's own moves are not.
+    connect(dblConcepts->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            Command(this, &frmOntoEdit::dblConcepts_Click));
     connect(dblConcepts, &QListView::doubleClicked, this,
             Command(this, &frmOntoEdit::dblConcepts_DblClick));
     connect(dblConcepts, &QWidget::customContextMenuRequested, this,
@@ -50,6 +54,7 @@ void frmOntoEdit::ShowConceptList()
     texts.reserve(m_listRows.size());
     for (const ListRow &row : m_listRows)
         texts.append(row.text);
+    const QSignalBlocker quiet(dblConcepts->selectionModel());
     m_listModel->setStringList(texts);
 }
 
@@ -57,6 +62,7 @@ QString frmOntoEdit::SelectFirstListRow()
 {
     if (m_listModel->rowCount() == 0)
         return {};
+    const QSignalBlocker quiet(dblConcepts->selectionModel());
     dblConcepts->setCurrentIndex(m_listModel->index(0));
     return ListText();
 }
@@ -69,6 +75,7 @@ void frmOntoEdit::BindConceptList(const QString &field)
     const int row = dblConcepts->currentIndex().row();
     m_listField = field;
     ShowConceptList();
+    const QSignalBlocker quiet(dblConcepts->selectionModel());
     if (row >= 0 && row < m_listModel->rowCount())
         dblConcepts->setCurrentIndex(m_listModel->index(row));
 }
@@ -90,6 +97,7 @@ void frmOntoEdit::selectListRow(store::Bookmark bookmark)
     }
     if (row < 0)
         return;
+    const QSignalBlocker quiet(dblConcepts->selectionModel());
     dblConcepts->setCurrentIndex(m_listModel->index(int(row)));
     dblConcepts->scrollTo(dblConcepts->currentIndex());
 }

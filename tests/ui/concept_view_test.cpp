@@ -245,6 +245,11 @@ TEST_F(ConceptViewTest, AClickOnTheCurrentRowLoadsNothingAgain)
     Q_EMIT form.dblConcepts->clicked(sparrow);
     EXPECT_EQ(form.CurrentConcept, QStringLiteral("SPARROW"));
     EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A small bird"));
+
+    // The arrow keys move the selection as a click does.
+    QTest::keyClick(form.dblConcepts, Qt::Key_Up);
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("SEED"));
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("Undefined"));
 }
 
 TEST_F(ConceptViewTest, TheTopConceptCantBeDeletedFromThePopup)
