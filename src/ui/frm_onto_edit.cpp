@@ -7,6 +7,7 @@
 #include "ontology/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
+#include "ui/frm_onto_options.h"
 #include "ui/frm_properties.h"
 #include "ui/images.h"
 
@@ -257,7 +258,7 @@ void frmOntoEdit::mnuEditCopy_Click()
 
 void frmOntoEdit::mnuToolsOptions_Click()
 {
-    NotAvailableYet();
+    ShowOntologyOptions(*this);
 }
 
 void frmOntoEdit::mnuHelpTool_Click()

@@ -104,6 +104,15 @@ public:
     void mnuInheritGoToValue_Click();
     void mnuInheritGoToFrom_Click();
     void mnuInheritCopy_Click();
+
+    // The names of the current concept, and the first name of a new one, in
+    // frm_onto_edit_names.cpp.
+    void mnuNameAdd_Click();
+    void mnuNameEdit_Click();
+    void mnuNameDelete_Click();
+    void lvwNames_MouseUp();
+    void lvwNames_ColumnClick(int column);
+    void AddDefaultName();
     // A command whose logic comes with a later step.
     void NotAvailableYet();
 

@@ -241,6 +241,13 @@ void frmOntoEdit::routeMenus()
     route(mnuToolsOptions, &frmOntoEdit::mnuToolsOptions_Click);
     route(mnuHelpTool, &frmOntoEdit::mnuHelpTool_Click);
     route(mnuHelpAbout, &frmOntoEdit::mnuHelpAbout_Click);
+    const std::pair<const char *, void (frmOntoEdit::*)()> names[] = {
+        {"mnuNameAdd", &frmOntoEdit::mnuNameAdd_Click},
+        {"mnuNameEdit", &frmOntoEdit::mnuNameEdit_Click},
+        {"mnuNameDelete", &frmOntoEdit::mnuNameDelete_Click},
+    };
+    for (const auto &[name, handler] : names)
+        route(mnuName->findChild<QAction *>(QLatin1String(name)), handler);
     // mnuEditCut and mnuEditPaste have no handler: they do nothing.
     for (QAction *later :
          {mnuFileImport, mnuFileExport, mnuConceptAdd, mnuConceptEdit, mnuConceptEditDef,
@@ -248,8 +255,7 @@ void frmOntoEdit::routeMenus()
           mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept, mnuToolsTBEd, mnuToolsOntoNav,
           mnuGenHTML, mnuToolsBatchNaming, mnuToolsListNotes})
         route(later, &frmOntoEdit::NotAvailableYet);
-    for (QMenu *popup :
-         {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange, mnuName}) {
+    for (QMenu *popup : {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange}) {
         for (QAction *item : popup->actions()) {
             if (!item->isSeparator() && !item->menu())
                 route(item, &frmOntoEdit::NotAvailableYet);

@@ -60,7 +60,10 @@ void frmOntoEdit::connectView()
             [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuDomain : mnuRel); });
     connect(lstAttrs, &QWidget::customContextMenuRequested, this,
             [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuRange : mnuAttr); });
-    connect(lvwNames, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuName); });
+    connect(lvwNames, &QWidget::customContextMenuRequested, this, [this] { lvwNames_MouseUp(); });
+    lvwNames->header()->setSectionsClickable(true);
+    connect(lvwNames->header(), &QHeaderView::sectionClicked, this,
+            &frmOntoEdit::lvwNames_ColumnClick);
     connect(lvwInherit, &QWidget::customContextMenuRequested, this,
             [this] { lvwInherit_MouseUp(); });
 

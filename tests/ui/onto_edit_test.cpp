@@ -1,6 +1,7 @@
 #include "open_ontology_fixture.h"
 #include "ui/frm_about.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_onto_options.h"
 #include "ui/images.h"
 #include "ui_fixture.h"
 
@@ -12,6 +13,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTest>
 #include <QToolBar>
@@ -163,15 +165,14 @@ TEST_F(OntoEditTest, AboutIsModalAndUnloadedAfter)
 TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
 {
     form.EnableOntologyCommands();
-    QList<QAction *> later{form.mnuFileImport,       form.mnuFileExport,     form.mnuConceptAdd,
-                           form.mnuConceptEdit,      form.mnuConceptEditDef, form.mnuConceptDelete,
-                           form.mnuConceptTree,      form.mnuConceptNote,    form.mnuTreeFull,
-                           form.mnuTreeObject,       form.mnuTreeSelConcept, form.mnuToolsTBEd,
-                           form.mnuToolsOntoNav,     form.mnuGenHTML,        form.mnuToolsOptions,
-                           form.mnuToolsBatchNaming, form.mnuToolsListNotes};
-    for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo, form.mnuName})
+    QList<QAction *> later{form.mnuFileImport,  form.mnuFileExport,       form.mnuConceptAdd,
+                           form.mnuConceptEdit, form.mnuConceptEditDef,   form.mnuConceptDelete,
+                           form.mnuConceptTree, form.mnuConceptNote,      form.mnuTreeFull,
+                           form.mnuTreeObject,  form.mnuTreeSelConcept,   form.mnuToolsOntoNav,
+                           form.mnuGenHTML,     form.mnuToolsBatchNaming, form.mnuToolsListNotes};
+    for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo})
         later << popup->actions().first();
-    for (int place : {7, 9, 10, 12, 14})
+    for (int place : {7, 9, 10, 12})
         later << form.ToolButton(place);
     for (qsizetype i = 0; i < later.size(); ++i)
         user.answerMsgBox(lx::msg::OK);
@@ -248,11 +249,17 @@ TEST_F(GoToConceptTest, AConceptHiddenByTheListModeBringsUpTheQuestion)
     EXPECT_EQ(user.calls()[1].style, lx::msg::YesNo | lx::msg::Information);
     EXPECT_EQ(form.ListText(), QStringLiteral("BIRD")) << "the list stays where it was";
 
-    // Yes goes to the options and then tries again.
-    user.answerMsgBox(lx::msg::Yes).answerMsgBox(lx::msg::OK).answerMsgBox(lx::msg::No);
+    // Yes goes to the options; with relations listed again the second try finds it.
+    user.answerMsgBox(lx::msg::Yes).onModal([](QWidget *dialog) {
+        auto *options = qobject_cast<lx::ui::frmOntoOptions *>(dialog);
+        ASSERT_NE(options, nullptr);
+        options->optEvery->setChecked(true);
+        options->cmdOK->click();
+    });
     form.GoToConcept(QStringLiteral("EATS"));
-    ASSERT_EQ(user.calls().size(), 5);
-    EXPECT_EQ(user.calls()[4].text, question);
+    ASSERT_EQ(user.calls().size(), 4);
+    EXPECT_EQ(user.calls()[2].text, question);
+    EXPECT_EQ(form.ListText(), QStringLiteral("EATS"));
 }
 
 } // namespace
