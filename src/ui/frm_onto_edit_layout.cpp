@@ -2,6 +2,7 @@
 // command runs. The handlers themselves are in frm_onto_edit.cpp.
 #include "core/command.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_tb_editor.h"
 #include "ui/images.h"
 
 #include <QCheckBox>
@@ -241,6 +242,7 @@ void frmOntoEdit::routeMenus()
     route(mnuToolsOptions, &frmOntoEdit::mnuToolsOptions_Click);
     route(mnuHelpTool, &frmOntoEdit::mnuHelpTool_Click);
     route(mnuHelpAbout, &frmOntoEdit::mnuHelpAbout_Click);
+    connect(mnuToolsTBEd, &QAction::triggered, this, [] { RunCommand(ShowTermbaseEditor); });
     const std::pair<const char *, void (frmOntoEdit::*)()> names[] = {
         {"mnuNameAdd", &frmOntoEdit::mnuNameAdd_Click},
         {"mnuNameEdit", &frmOntoEdit::mnuNameEdit_Click},
@@ -252,8 +254,8 @@ void frmOntoEdit::routeMenus()
     for (QAction *later :
          {mnuFileImport, mnuFileExport, mnuConceptAdd, mnuConceptEdit, mnuConceptEditDef,
           mnuConceptDelete, mnuConceptTree, mnuConceptNote, mnuTreeFull, mnuTreeObject,
-          mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept, mnuToolsTBEd, mnuToolsOntoNav,
-          mnuGenHTML, mnuToolsBatchNaming, mnuToolsListNotes})
+          mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept, mnuToolsOntoNav, mnuGenHTML,
+          mnuToolsBatchNaming, mnuToolsListNotes})
         route(later, &frmOntoEdit::NotAvailableYet);
     for (QMenu *popup : {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange}) {
         for (QAction *item : popup->actions()) {

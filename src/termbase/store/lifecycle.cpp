@@ -184,7 +184,7 @@ void CreateTermbase(TermbaseEditor &editor)
     PropertiesTexts texts;
     texts.Created = now;
     texts.Modified = now;
-    texts = editor.ShowTermbaseProperties(texts, p.OntoPath);
+    texts = editor.ShowNewTermbaseProperties(texts, p.OntoPath);
     p.TermName = texts.Name;
     p.TermDB = DBEngine::OpenDatabase(p.TermPath);
     AddMetaDataRow(p.TermDB, texts);
@@ -282,8 +282,7 @@ void EditTermbaseProperties(TermbaseEditor &editor)
     TermMetaData &meta = p.TermMeta;
     const PropertiesTexts texts = editor.ShowTermbaseProperties(
         {meta.Name, DateToText(meta.Created), DateToText(meta.Modified), meta.Owner, meta.Author,
-         meta.Description, meta.Contact},
-        meta.Ontology);
+         meta.Description, meta.Contact});
     if (texts.Name.isEmpty())
         return;
     // Memory only: CloseTermbase writes them, with Modified as the time of closing.

@@ -45,10 +45,12 @@ public:
     // Panel 1 of the ontology editor's status bar.
     virtual void SetOntologyPanel(const QString &text) = 0;
 
-    // A fresh "TermBase Properties" dialog filled with `texts` and the working ontology, shown
-    // modally; returns its boxes as the user left them, the dialog unloaded.
-    virtual PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts,
-                                                   const QString &workingOntology) = 0;
+    // The properties dialog of a new termbase, with its working ontology, filled with `texts`
+    // and shown modally; returns its boxes as the user left them, the dialog unloaded.
+    virtual PropertiesTexts ShowNewTermbaseProperties(const PropertiesTexts &texts,
+                                                      const QString &workingOntology) = 0;
+    // The ontology's properties dialog captioned "TermBase Properties", the same way.
+    virtual PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts) = 0;
     // The options dialog, set from `current`, shown modally; returns it as the user left it.
     virtual TermbaseOptionsChoice ShowTermbaseOptions(const TermbaseOptionsChoice &current) = 0;
 };

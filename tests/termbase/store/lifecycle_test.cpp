@@ -43,8 +43,12 @@ public:
     void LoadTermbaseView() override { ++viewLoads; }
     void ReloadCategoryNames() override { ++nameReloads; }
     void SetOntologyPanel(const QString &text) override { ontologyPanel = text; }
-    PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts,
-                                           const QString &workingOntology) override
+    PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts) override
+    {
+        return ShowNewTermbaseProperties(texts, QString());
+    }
+    PropertiesTexts ShowNewTermbaseProperties(const PropertiesTexts &texts,
+                                              const QString &workingOntology) override
     {
         propertiesOntology = workingOntology;
         PropertiesTexts answer = propertiesAnswer;
@@ -181,6 +185,7 @@ TEST_F(TermbaseLifeCycle, CloseWritesTheMetadataBackAndReopeningShowsIt)
     editor.propertiesAnswer.Name = QStringLiteral("Renamed");
     EditTermbaseProperties(editor);
     EXPECT_EQ(editor.caption, QStringLiteral("TermBase Editor - Renamed"));
+    EXPECT_TRUE(editor.propertiesOntology.isEmpty()) << "the working ontology isn't offered";
     CloseTermbaseCommand(editor);
     ProcessState &p = Process();
     EXPECT_TRUE(p.TermPath.isEmpty());

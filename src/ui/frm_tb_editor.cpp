@@ -1,0 +1,362 @@
+#include "ui/frm_tb_editor.h"
+
+#include "core/command.h"
+#include "core/interaction.h"
+#include "core/process.h"
+#include "termbase/store/lifecycle.h"
+#include "ui/forms.h"
+#include "ui/frm_onto_edit.h"
+#include "ui/frm_properties.h"
+#include "ui/frm_tb_options.h"
+#include "ui/frm_tb_properties.h"
+#include "ui/images.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace lx::ui {
+
+namespace {
+
+struct ToolButtonDef {
+    int place;
+    const char *key;
+    const char *tip;
+};
+
+// Missing places are separators.
+constexpr ToolButtonDef ToolButtons[] = {
+    {1, "new", "New TermBase"},
+    {2, "open", "Open TermBase"},
+    {3, "close", "Close TermBase"},
+    {5, "find", "Find Concept"},
+    {6, "properties", "TermBase Properties"},
+    {8, "concept", "Add Concept"},
+    {9, "term", "Add Term"},
+    {11, "delete", "Delete"},
+    {13, "editor", "Edit Mode"},
+    {14, "browser", "Browse Mode"},
+    {16, "back", "Back"},
+    {17, "refresh", "Refresh"},
+    {18, "forward", "Forward"},
+    {20, "help", "Help"},
+};
+
+template <class W> W *Named(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    return widget;
+}
+
+QAction *MakeItem(QMenu *menu, const char *name, const QString &text)
+{
+    QAction *item = menu->addAction(text);
+    item->setObjectName(QString::fromLatin1(name));
+    return item;
+}
+
+} // namespace
+
+frmTBEDitor::frmTBEDitor()
+{
+    setObjectName(QStringLiteral("frmTBEDitor"));
+    buildMenus();
+    buildToolBar();
+    buildCentre();
+    for (int i = 0; i < 3; ++i) {
+        auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
+        statusBar()->addWidget(panel, i == 0 ? 2 : 1);
+        m_panels.append(panel);
+    }
+    resize(760, 520);
+    DisableEditor();
+    SetCaption(BaseCaption);
+    ShowCounts();
+}
+
+frmTBEDitor::~frmTBEDitor()
+{
+    // Unloaded with the ontology: the termbase goes first.
+    if (!Process().TermPath.isEmpty())
+        CloseTermbase(*this);
+}
+
+void frmTBEDitor::buildMenus()
+{
+    mnuFile = menuBar()->addMenu(QStringLiteral("&File"));
+    mnuFile->setObjectName(QStringLiteral("mnuFile"));
+    mnuFileNew = MakeItem(mnuFile, "mnuFileNew", QStringLiteral("&New"));
+    mnuFileOPen = MakeItem(mnuFile, "mnuFileOPen", QStringLiteral("&Open"));
+    mnuFileClose = MakeItem(mnuFile, "mnuFileClose", QStringLiteral("&Close"));
+    mnuFile->addSeparator();
+    mnuFileProperties = MakeItem(mnuFile, "mnuFileProperties", QStringLiteral("P&roperties"));
+    mnuFilePrint = MakeItem(mnuFile, "mnuFilePrint", QStringLiteral("&Print"));
+    mnuFile->addSeparator();
+    mnuFileExit = MakeItem(mnuFile, "mnuFileExit", QStringLiteral("E&xit"));
+
+    mnuEdit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    mnuEditEditor = MakeItem(mnuEdit, "mnuEditEditor", QStringLiteral("&Edit Mode"));
+    mnuEditBrowser = MakeItem(mnuEdit, "mnuEditBrowser", QStringLiteral("&Browse Mode"));
+    mnuEditEditor->setCheckable(true);
+    mnuEditBrowser->setCheckable(true);
+    mnuEditEditor->setChecked(true);
+
+    mnuTools = menuBar()->addMenu(QStringLiteral("&Tools"));
+    mnuTools->setObjectName(QStringLiteral("mnuTools"));
+    mnuToolsOptions = MakeItem(mnuTools, "mnuToolsOptions", QStringLiteral("&Options"));
+
+    mnuHelp = menuBar()->addMenu(QStringLiteral("&Help"));
+    mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
+
+    const auto route = [this](QAction *item, void (frmTBEDitor::*handler)()) {
+        connect(item, &QAction::triggered, this, Command(this, handler));
+    };
+    route(mnuFileNew, &frmTBEDitor::mnuFileNew_Click);
+    route(mnuFileOPen, &frmTBEDitor::mnuFileOPen_Click);
+    route(mnuFileClose, &frmTBEDitor::mnuFileClose_Click);
+    route(mnuFileProperties, &frmTBEDitor::mnuFileProperties_Click);
+    route(mnuFileExit, &frmTBEDitor::mnuFileExit_Click);
+    route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
+    // mnuFilePrint has no action behind it; the modes come with the element tree.
+}
+
+void frmTBEDitor::buildToolBar()
+{
+    ToolBar1 = addToolBar(QStringLiteral("ToolBar1"));
+    ToolBar1->setObjectName(QStringLiteral("ToolBar1"));
+    ToolBar1->setMovable(false);
+    ToolBar1->setIconSize(QSize(24, 24));
+    int place = 1;
+    for (const ToolButtonDef &def : ToolButtons) {
+        for (; place < def.place; ++place)
+            m_places.append(ToolBar1->addSeparator());
+        const QString key = QString::fromLatin1(def.key);
+        QAction *button = ToolBar1->addAction(Image(key), key);
+        button->setObjectName(key);
+        button->setToolTip(QString::fromLatin1(def.tip));
+        connect(button, &QAction::triggered, this, [this, key] { ToolBar1_ButtonClick(key); });
+        m_places.append(button);
+        ++place;
+    }
+}
+
+void frmTBEDitor::buildCentre()
+{
+    auto *centre = new QWidget(this);
+    lblTree1 = Named(new QLabel(QStringLiteral("ELEMENTS"), centre), QStringLiteral("lblTree1"));
+    Tree1 = Named(new QTreeWidget(centre), QStringLiteral("Tree1"));
+    Tree1->setHeaderHidden(true);
+    fraEdit = Named(new QGroupBox(centre), QStringLiteral("fraEdit"));
+    fraEdit->hide();
+    lblTree2 =
+        Named(new QLabel(QStringLiteral("DATA CATEGORIES"), centre), QStringLiteral("lblTree2"));
+    Tree2 = Named(new QTreeWidget(centre), QStringLiteral("Tree2"));
+    Tree2->setHeaderHidden(true);
+    ListView1 = Named(new QListWidget(centre), QStringLiteral("ListView1"));
+    ListView1->hide();
+    picBrowser = Named(new QWidget(centre), QStringLiteral("picBrowser"));
+    picBrowser->hide();
+
+    auto *left = new QVBoxLayout;
+    left->addWidget(lblTree1);
+    left->addWidget(Tree1, 1);
+    left->addWidget(fraEdit);
+    auto *right = new QVBoxLayout;
+    right->addWidget(lblTree2);
+    right->addWidget(Tree2, 1);
+    right->addWidget(ListView1, 1);
+    right->addWidget(picBrowser, 1);
+    auto *layout = new QHBoxLayout(centre);
+    layout->addLayout(left, 1);
+    layout->addLayout(right, 1);
+    setCentralWidget(centre);
+}
+
+void frmTBEDitor::SetCaption(const QString &caption)
+{
+    setWindowTitle(caption);
+}
+
+void frmTBEDitor::SetWindowPointer(int pointer)
+{
+    setCursor(pointer == pointer::Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+}
+
+// Buttons 3 to `lastButton`, the trees and the commands that need a termbase.
+void frmTBEDitor::setEditorCommands(bool enabled, int lastButton)
+{
+    for (int place = 3; place <= lastButton; ++place)
+        ToolButton(place)->setEnabled(enabled);
+    Tree1->setEnabled(enabled);
+    Tree2->setEnabled(enabled);
+    mnuFileClose->setEnabled(enabled);
+    mnuFileProperties->setEnabled(enabled);
+    mnuFilePrint->setEnabled(enabled);
+    mnuEdit->menuAction()->setVisible(enabled);
+    mnuTools->menuAction()->setVisible(enabled);
+}
+
+void frmTBEDitor::DisableEditor()
+{
+    setEditorCommands(false, 19);
+}
+
+// Buttons 16 to 18 belong to Browse Mode and stay as they are.
+void frmTBEDitor::EnableEditor()
+{
+    setEditorCommands(true, 14);
+}
+
+void frmTBEDitor::ShowCategoryPane(bool asList)
+{
+    Tree2->setVisible(!asList);
+    ListView1->setVisible(asList);
+}
+
+void frmTBEDitor::ShowCounts()
+{
+    StatusPanel(1)->setText(Process().OntoMeta.Name);
+    StatusPanel(2)->setText(QString::number(EntryCount) + QStringLiteral(" Term Entries"));
+    StatusPanel(3)->setText(QString::number(TermCount) + QStringLiteral(" Terms"));
+}
+
+void frmTBEDitor::ClearStatusPanels()
+{
+    for (QLabel *panel : std::as_const(m_panels))
+        panel->clear();
+}
+
+void frmTBEDitor::ClearTermbaseView()
+{
+    Tree1->clear();
+    Tree2->clear();
+    ListView1->clear();
+    Tree1->hide();
+    Tree2->hide();
+    ListView1->hide();
+    picBrowser->hide();
+    fraEdit->hide();
+}
+
+// The category pane and the element tree come with their own logic; until then the trees are
+// shown empty.
+void frmTBEDitor::LoadTermbaseView()
+{
+    Tree1->show();
+}
+
+void frmTBEDitor::ReloadCategoryNames() {}
+
+void frmTBEDitor::SetOntologyPanel(const QString &text)
+{
+    if (auto *ontology = Forms().Find<frmOntoEdit>())
+        ontology->StatusPanel(1)->setText(text);
+}
+
+PropertiesTexts frmTBEDitor::ShowNewTermbaseProperties(const PropertiesTexts &texts,
+                                                       const QString &workingOntology)
+{
+    auto &dialog = Forms().Load<frmTBProperties>();
+    dialog.txtWOntology->setText(workingOntology);
+    dialog.SetTexts(texts);
+    UI().ShowModal(&dialog);
+    const PropertiesTexts result = dialog.Texts();
+    Forms().Unload(&dialog);
+    return result;
+}
+
+PropertiesTexts frmTBEDitor::ShowTermbaseProperties(const PropertiesTexts &texts)
+{
+    auto &dialog = Forms().Load<frmProperties>();
+    dialog.setWindowTitle(QStringLiteral("TermBase Properties"));
+    dialog.SetTexts(texts);
+    UI().ShowModal(&dialog);
+    const PropertiesTexts result = dialog.Texts();
+    Forms().Unload(&dialog);
+    return result;
+}
+
+TermbaseOptionsChoice frmTBEDitor::ShowTermbaseOptions(const TermbaseOptionsChoice &current)
+{
+    auto &dialog = Forms().Load<frmTBOptions>();
+    dialog.SetChoice(current);
+    UI().ShowModal(&dialog);
+    const TermbaseOptionsChoice choice = dialog.Choice();
+    Forms().Unload(&dialog);
+    return choice;
+}
+
+void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
+{
+    const std::pair<const char *, QAction *> routes[] = {
+        {"new", mnuFileNew},     {"open", mnuFileOPen},
+        {"close", mnuFileClose}, {"properties", mnuFileProperties},
+        {"print", mnuFilePrint},
+    };
+    for (const auto &[name, item] : routes) {
+        if (key == QLatin1String(name))
+            item->trigger();
+    }
+}
+
+void frmTBEDitor::mnuFileNew_Click()
+{
+    NewTermbase(*this);
+}
+
+void frmTBEDitor::mnuFileOPen_Click()
+{
+    OpenTermbaseByDialog(*this);
+}
+
+void frmTBEDitor::mnuFileClose_Click()
+{
+    CloseTermbaseCommand(*this);
+}
+
+void frmTBEDitor::mnuFileProperties_Click()
+{
+    EditTermbaseProperties(*this);
+}
+
+// Only this window goes; the ontology stays open.
+void frmTBEDitor::mnuFileExit_Click()
+{
+    CloseTermbaseCommand(*this);
+    Forms().Unload(this);
+}
+
+void frmTBEDitor::mnuToolsOptions_Click()
+{
+    SetTermbaseOptions(*this);
+}
+
+void frmTBEDitor::closeEvent(QCloseEvent *event)
+{
+    CloseTermbaseCommand(*this);
+    for (QWidget *form : Forms().WithCaptionLike(u"Find"))
+        Forms().Unload(form);
+    for (QWidget *form : Forms().WithCaptionLike(u"*Help"))
+        Forms().Unload(form);
+    event->accept();
+}
+
+void ShowTermbaseEditor()
+{
+    frmTBEDitor &editor = Forms().Get<frmTBEDitor>();
+    editor.show();
+    editor.raise();
+}
+
+} // namespace lx::ui

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "termbase/store/tb_editor.h"
+
+#include <QList>
+#include <QMainWindow>
+
+class QAction;
+class QGroupBox;
+class QLabel;
+class QListWidget;
+class QMenu;
+class QToolBar;
+class QTreeWidget;
+
+namespace lx::ui {
+
+// The termbase editor: the element tree on the left, the data category pane (or, in Browse
+// Mode, the browser) on the right. Shown, not modal, from the ontology editor; its handlers are
+// a thin layer over the termbase life cycle.
+class frmTBEDitor : public QMainWindow, public TermbaseEditor {
+    Q_OBJECT
+
+public:
+    frmTBEDitor();
+    ~frmTBEDitor() override;
+
+    // Toolbar places count from 1, separators included, as the handlers name them.
+    static constexpr int ToolBarPlaces = 20;
+    QAction *ToolButton(int place) const { return m_places.value(place - 1); }
+    QLabel *StatusPanel(int panel) const { return m_panels.value(panel - 1); }
+
+    // What the logic asks of the window.
+    void SetCaption(const QString &caption) override;
+    void SetWindowPointer(int pointer) override;
+    void EnableEditor() override;
+    void DisableEditor() override;
+    void ShowCategoryPane(bool asList) override;
+    void ShowCounts() override;
+    void ClearStatusPanels() override;
+    void ClearTermbaseView() override;
+    void LoadTermbaseView() override;
+    void ReloadCategoryNames() override;
+    void SetOntologyPanel(const QString &text) override;
+    PropertiesTexts ShowNewTermbaseProperties(const PropertiesTexts &texts,
+                                              const QString &workingOntology) override;
+    PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts) override;
+    TermbaseOptionsChoice ShowTermbaseOptions(const TermbaseOptionsChoice &current) override;
+
+    void ToolBar1_ButtonClick(const QString &key);
+    void mnuFileNew_Click();
+    void mnuFileOPen_Click();
+    void mnuFileClose_Click();
+    void mnuFileProperties_Click();
+    void mnuFileExit_Click();
+    void mnuToolsOptions_Click();
+
+    QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
+    QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
+        *mnuFileExit;
+    QAction *mnuEditEditor, *mnuEditBrowser, *mnuToolsOptions;
+    QToolBar *ToolBar1;
+    QLabel *lblTree1, *lblTree2;
+    QTreeWidget *Tree1, *Tree2;
+    QListWidget *ListView1;
+    QWidget *picBrowser;
+    QGroupBox *fraEdit;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildMenus();
+    void buildToolBar();
+    void buildCentre();
+    void setEditorCommands(bool enabled, int lastButton);
+
+    QList<QAction *> m_places;
+    QList<QLabel *> m_panels;
+};
+
+// The menu command of the ontology editor: loads the termbase editor once and shows it.
+void ShowTermbaseEditor();
+
+} // namespace lx::ui

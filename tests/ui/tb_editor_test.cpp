@@ -1,0 +1,230 @@
+#include "core/store/database.h"
+#include "open_ontology_fixture.h"
+#include "ui/frm_tb_editor.h"
+#include "ui/frm_tb_options.h"
+#include "ui/frm_tb_properties.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QRadioButton>
+#include <QTreeWidget>
+
+namespace lx::test {
+namespace {
+
+using ui::frmTBEDitor;
+using Kind = ScriptedInteraction::Kind;
+
+// A user with an ontology open who has started the termbase editor.
+class TermbaseEditorTest : public OpenOntologyTest {
+protected:
+    void SetUp() override
+    {
+        openByDialog(sample(QStringLiteral("Birds")));
+        form.mnuToolsTBEd->trigger();
+        editor = ui::Forms().Find<frmTBEDitor>();
+        ASSERT_NE(editor, nullptr);
+        base = user.calls().size();
+    }
+
+    // The user's exchanges since the termbase editor came up.
+    const ScriptedInteraction::Call &call(qsizetype i) const { return user.calls()[base + i]; }
+    qsizetype callCount() const { return user.calls().size() - base; }
+
+    static QString termbase(const QString &title)
+    {
+        return TermBasesFolder() + title + QStringLiteral(".ltb");
+    }
+
+    // New by the menu: the user saves at `path`, names the termbase and acknowledges.
+    void createTermbase(const QString &path, const QString &name)
+    {
+        user.answerSaveFile(path)
+            .onModal([&](QWidget *dialog) {
+                auto *properties = qobject_cast<ui::frmTBProperties *>(dialog);
+                ASSERT_NE(properties, nullptr);
+                dialogCaption = dialog->windowTitle();
+                workingOntology = properties->txtWOntology->text();
+                properties->txtName->setText(name);
+                properties->cmdOK->click();
+            })
+            .answerMsgBox(msg::OK);
+        editor->mnuFileNew->trigger();
+    }
+
+    // Sets the options dialog as `choose` says and leaves it by OK or Cancel; then acknowledges
+    // `messages` boxes.
+    void setOptions(const std::function<void(ui::frmTBOptions &)> &choose, bool cancel = false,
+                    int messages = 0)
+    {
+        user.onModal([=](QWidget *dialog) {
+            auto *options = qobject_cast<ui::frmTBOptions *>(dialog);
+            ASSERT_NE(options, nullptr);
+            choose(*options);
+            (cancel ? options->cmdCancel : options->cmdOK)->click();
+        });
+        for (int i = 0; i < messages; ++i)
+            user.answerMsgBox(msg::OK);
+        editor->mnuToolsOptions->trigger();
+    }
+
+    bool toolsShown() const { return editor->mnuTools->menuAction()->isVisible(); }
+
+    frmTBEDitor *editor = nullptr;
+    qsizetype base = 0;
+    QString dialogCaption, workingOntology;
+};
+
+} // namespace
+
+TEST_F(TermbaseEditorTest, StartsEmptyFromTheOntologyEditor)
+{
+    EXPECT_TRUE(editor->isVisible());
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor"));
+    EXPECT_EQ(editor->ToolButton(1)->objectName(), QStringLiteral("new"));
+    EXPECT_EQ(editor->ToolButton(20)->objectName(), QStringLiteral("help"));
+    EXPECT_TRUE(editor->ToolButton(2)->isEnabled());
+    EXPECT_FALSE(editor->ToolButton(3)->isEnabled());
+    EXPECT_FALSE(editor->mnuFileClose->isEnabled());
+    EXPECT_FALSE(toolsShown());
+    EXPECT_EQ(editor->StatusPanel(2)->text(), QStringLiteral("0 Term Entries"));
+
+    form.mnuToolsTBEd->trigger();
+    EXPECT_EQ(ui::Forms().WithCaptionLike(u"TermBase Editor*").size(), 1) << "one window";
+}
+
+TEST_F(TermbaseEditorTest, ATermbaseBesideItsOntologyIsRefused)
+{
+    const QString path = OntologiesFolder() + QStringLiteral("birds.ltb");
+    user.answerSaveFile(path).answerMsgBox(msg::OK);
+    editor->mnuFileNew->trigger();
+    ASSERT_EQ(callCount(), 2);
+    EXPECT_EQ(call(1).text,
+              QStringLiteral("A termbase cannot reside in the same folder as its working "
+                             "ontology.\r\nTip: save all your ontologies in one folder and your "
+                             "termbases in another."));
+    EXPECT_FALSE(QFileInfo::exists(path));
+    EXPECT_TRUE(Process().TermPath.isEmpty());
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor"));
+}
+
+TEST_F(TermbaseEditorTest, NewOpensTheTermbaseBelowItsOntologyAndCloseAndOpenFollow)
+{
+    const QString path = termbase(QStringLiteral("birds"));
+    createTermbase(path, QStringLiteral("Bird terms"));
+
+    ASSERT_EQ(callCount(), 3);
+    const FileDialogRequest &save = call(0).request;
+    EXPECT_EQ(save.filter, QStringLiteral("Lexarbor TB files (*.ltb)|*.ltb|"));
+    EXPECT_EQ(save.defaultExt, QStringLiteral("ltb"));
+    EXPECT_EQ(save.initialDir, TermBasesFolder());
+    EXPECT_EQ(dialogCaption, QStringLiteral("TermBase Properties"));
+    EXPECT_EQ(workingOntology, Process().OntoPath);
+    EXPECT_EQ(call(2).text, QStringLiteral("TermBase \"Bird terms\" has been created!"));
+
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor - Bird terms"));
+    EXPECT_EQ(form.StatusPanel(1)->text(), QStringLiteral("Bird terms"));
+    EXPECT_EQ(editor->StatusPanel(1)->text(), QStringLiteral("Birds"));
+    EXPECT_EQ(editor->StatusPanel(3)->text(), QStringLiteral("0 Terms"));
+    EXPECT_TRUE(editor->ToolButton(14)->isEnabled());
+    EXPECT_FALSE(editor->ToolButton(16)->isEnabled()) << "Browse Mode's buttons";
+    EXPECT_TRUE(toolsShown());
+    {
+        store::Database tb = store::DBEngine::OpenDatabase(path);
+        store::Recordset concepts =
+            tb.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenSnapshot);
+        concepts.MoveLast();
+        EXPECT_EQ(concepts.RecordCount(), Sample.size() - 1) << "all concepts but the top";
+    }
+
+    editor->mnuFileClose->trigger();
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor"));
+    EXPECT_TRUE(form.StatusPanel(1)->text().isEmpty());
+    EXPECT_TRUE(editor->StatusPanel(2)->text().isEmpty());
+    EXPECT_TRUE(Process().TermPath.isEmpty());
+
+    user.answerOpenFile(path);
+    editor->mnuFileOPen->trigger();
+    EXPECT_EQ(user.calls().last().request.filter,
+              QStringLiteral("Lexarbor TermBase Files (*.ltb)|*.ltb|All files (*.*)|*.*|"));
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor - Bird terms"));
+    EXPECT_EQ(Process().TermPath, path);
+
+    // Exit closes the termbase and this window only.
+    editor->mnuFileExit->trigger();
+    FlushDeletes();
+    EXPECT_EQ(ui::Forms().Find<frmTBEDitor>(), nullptr);
+    EXPECT_TRUE(Process().TermPath.isEmpty());
+    EXPECT_FALSE(Process().OntoPath.isEmpty());
+    EXPECT_TRUE(form.StatusPanel(1)->text().isEmpty());
+}
+
+TEST_F(TermbaseEditorTest, ATermbaseOfAnotherOntologyIsRefused)
+{
+    const QString path = termbase(QStringLiteral("birds"));
+    createTermbase(path, QStringLiteral("Bird terms"));
+    // Opening another ontology closes this one and unloads the termbase editor with it.
+    openByDialog(sample(QStringLiteral("Fish")));
+    FlushDeletes();
+    EXPECT_TRUE(Process().TermPath.isEmpty());
+    form.mnuToolsTBEd->trigger();
+    editor = ui::Forms().Find<frmTBEDitor>();
+    ASSERT_NE(editor, nullptr);
+
+    user.answerOpenFile(path).answerMsgBox(msg::OK);
+    editor->mnuFileOPen->trigger();
+    EXPECT_EQ(user.calls().last().text,
+              QStringLiteral("This TermBase's Working Ontology is ") +
+                  ontology(QStringLiteral("birds")) +
+                  QStringLiteral(". You can't use it with current current Working ontology (") +
+                  ontology(QStringLiteral("fish")) + QStringLiteral(")."));
+    EXPECT_EQ(user.calls().last().title, QStringLiteral("Error"));
+    EXPECT_TRUE(Process().TermPath.isEmpty());
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("TermBase Editor"));
+    EXPECT_TRUE(form.StatusPanel(1)->text() != QStringLiteral("Bird terms"));
+}
+
+TEST_F(TermbaseEditorTest, OptionsRefuseOtherLanguagesAndCancelKeepsTheOldOnes)
+{
+    createTermbase(termbase(QStringLiteral("birds")), QStringLiteral("Bird terms"));
+    TermMetaData &meta = Process().TermMeta;
+
+    bool englishShown = false;
+    setOptions(
+        [&](ui::frmTBOptions &options) {
+            englishShown = options.optEnglish->isChecked() && options.optTree->isChecked();
+            options.optFrench->setChecked(true);
+        },
+        false, 1);
+    EXPECT_TRUE(englishShown);
+    EXPECT_EQ(user.calls().last().text, QStringLiteral("Not available yet."));
+    EXPECT_EQ(meta.DCLang, QStringLiteral("en"));
+
+    // Cancel puts the language and the check box back, not the form of the pane.
+    const qsizetype before = user.calls().size();
+    setOptions(
+        [](ui::frmTBOptions &options) {
+            options.optGerman->setChecked(true);
+            options.chkCSBrowser->setChecked(true);
+            options.optList->setChecked(true);
+        },
+        true);
+    EXPECT_EQ(user.calls().size(), before + 1) << "only the dialog, no message";
+    EXPECT_EQ(meta.DCLang, QStringLiteral("en"));
+    EXPECT_FALSE(meta.CSBrowser);
+    EXPECT_EQ(meta.DCList, QStringLiteral("list"));
+    EXPECT_FALSE(editor->ListView1->isHidden());
+    EXPECT_TRUE(editor->Tree2->isHidden());
+
+    setOptions([](ui::frmTBOptions &options) {
+        options.optSpanish->setChecked(true);
+        options.optTree->setChecked(true);
+    });
+    EXPECT_EQ(meta.DCLang, QStringLiteral("es"));
+    EXPECT_EQ(meta.DCList, QStringLiteral("tree"));
+    EXPECT_FALSE(editor->Tree2->isHidden());
+}
+
+} // namespace lx::test
