@@ -77,22 +77,6 @@ TEST_F(FrmNamesTest, CancelChangesNothingAndSaysCancel)
     EXPECT_TRUE(dialog.txtDef->toPlainText().isEmpty());
 }
 
-TEST_F(FrmNamesTest, OkCleansTheModesBoxOrStays)
-{
-    openSample();
-    ui::frmNames &dialog = load();
-    dialog.lblStart->setCaption(QStringLiteral("Name"));
-    user.answerMsgBox(msg::OK);
-    dialog.cmdOK->click();
-    EXPECT_EQ(dialog.lblStart->caption(), QStringLiteral("Name")) << "the dialog stays";
-    EXPECT_EQ(user.calls().back().text, QStringLiteral("Concept name cannot be the empty string!"));
-
-    dialog.txtName->setText(QStringLiteral("say \"cheese\""));
-    dialog.cmdOK->click();
-    EXPECT_EQ(dialog.lblStart->caption(), QStringLiteral("OK"));
-    EXPECT_EQ(dialog.txtName->text(), QStringLiteral("say 'cheese'"));
-}
-
 // --- The language list --------------------------------------------------------------------
 
 TEST_F(FrmNamesTest, AClickTicksOneLanguageOnly)

@@ -139,13 +139,4 @@ TEST_F(NamesTest, DeleteTakesEvenTheLastName)
     EXPECT_TRUE(names().isEmpty());
 }
 
-TEST_F(NamesTest, WorkingLanguagesKeepTheTableOrder)
-{
-    QStringList codes;
-    for (const LanguageItem &item : ReadWorkingLanguages())
-        codes.append(item.LangId);
-    EXPECT_EQ(codes, (QStringList{QStringLiteral("en"), QStringLiteral("de")}));
-    EXPECT_EQ(ReadLanguages().size(), 3);
-}
-
 } // namespace
