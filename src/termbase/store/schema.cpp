@@ -1,5 +1,6 @@
 #include "termbase/store/schema.h"
 
+#include "ontology/store/table_shapes.h"
 #include "termbase/store/seed.h"
 
 #include <QSet>
@@ -14,50 +15,14 @@ using namespace store;
 
 namespace {
 
-struct FieldShape {
-    const char *name;
-    int type;
-    int size = 0;
-    bool zeroLength = false;
-    bool autoNumber = false;
-};
-
-struct IndexShape {
-    const char *name;
-    std::initializer_list<const char *> fields;
-    bool primary = false;
-};
-
-void appendTable(Database &db, const char *name, std::initializer_list<FieldShape> fields,
-                 std::initializer_list<IndexShape> indexes)
-{
-    TableDef td = db.CreateTableDef(QString::fromLatin1(name));
-    for (const FieldShape &shape : fields) {
-        Field f = td.CreateField(QString::fromLatin1(shape.name), shape.type, shape.size);
-        f.AllowZeroLength = shape.zeroLength;
-        if (shape.autoNumber)
-            f.Attributes = dbAutoIncrField;
-        td.Fields.push_back(f);
-    }
-    for (const IndexShape &shape : indexes) {
-        Index idx = td.CreateIndex(QString::fromLatin1(shape.name));
-        for (const char *field : shape.fields)
-            idx.Fields.push_back(idx.CreateField(QString::fromLatin1(field)));
-        idx.Primary = shape.primary;
-        idx.Unique = shape.primary;
-        td.Indexes.push_back(idx);
-    }
-    db.Append(td);
-}
-
 // A value table: one row per element at most.
 void appendValueTable(Database &db, const char *name, int type, int size, bool indexValue = false)
 {
     if (indexValue)
-        appendTable(db, name, {{"elemID", dbLong}, {"value", type, size}},
+        AppendTable(db, name, {{"elemID", dbLong}, {"value", type, size}},
                     {{"elemID", {"elemID"}, true}, {"value", {"value"}}});
     else
-        appendTable(db, name, {{"elemID", dbLong}, {"value", type, size}},
+        AppendTable(db, name, {{"elemID", dbLong}, {"value", type, size}},
                     {{"elemID", {"elemID"}, true}});
 }
 
@@ -72,12 +37,12 @@ const std::vector<TableShape> &Tables()
     static const std::vector<TableShape> tables = {
         {"CONCEPTS",
          [](Database &db) {
-             appendTable(db, "CONCEPTS", {{"Concept", dbText, 255}},
+             AppendTable(db, "CONCEPTS", {{"Concept", dbText, 255}},
                          {{"Concept", {"Concept"}, true}});
          }},
         {"datcats",
          [](Database &db) {
-             appendTable(db, "datcats",
+             AppendTable(db, "datcats",
                          {{"categoryID", dbText, 10},
                           {"GI_name", dbText, 15},
                           {"type", dbText, 32},
@@ -89,13 +54,13 @@ const std::vector<TableShape> &Tables()
          }},
         {"datcats_names",
          [](Database &db) {
-             appendTable(db, "datcats_names",
+             AppendTable(db, "datcats_names",
                          {{"categoryID", dbText, 10}, {"langID", dbText, 3}, {"name", dbText, 255}},
                          {{"cat-lang", {"categoryID", "langID"}, true}});
          }},
         {"elements",
          [](Database &db) {
-             appendTable(db, "elements",
+             AppendTable(db, "elements",
                          {{"elemID", dbLong}, {"categoryID", dbText, 10}, {"parentID", dbLong}},
                          {{"elemID", {"elemID"}, true},
                           {"categoryID", {"categoryID"}},
@@ -103,7 +68,7 @@ const std::vector<TableShape> &Tables()
          }},
         {"charsets",
          [](Database &db) {
-             appendTable(db, "charsets",
+             AppendTable(db, "charsets",
                          {{"charsetID", dbText, 20}, {"description", dbMemo}, {"wsd", dbMemo}},
                          {{"charsetID", {"charsetID"}, true}});
          }},
@@ -115,12 +80,12 @@ const std::vector<TableShape> &Tables()
         {"text_values", [](Database &db) { appendValueTable(db, "text_values", dbMemo, 0); }},
         {"elements_use_lang",
          [](Database &db) {
-             appendTable(db, "elements_use_lang", {{"elemID", dbLong}, {"langID", dbText, 3}},
+             AppendTable(db, "elements_use_lang", {{"elemID", dbLong}, {"langID", dbText, 3}},
                          {{"elemID", {"elemID"}, true}, {"langID", {"langID"}}});
          }},
         {"langs",
          [](Database &db) {
-             appendTable(db, "langs",
+             AppendTable(db, "langs",
                          {{"langID", dbText, 3},
                           {"description", dbMemo},
                           {"charsetID", dbText, 20},
@@ -133,7 +98,7 @@ const std::vector<TableShape> &Tables()
         {"MetaData",
          [](Database &db) {
              // The index keeps the name it has always had in these files.
-             appendTable(db, "MetaData",
+             AppendTable(db, "MetaData",
                          {{"MetaID", dbLong, 0, false, true},
                           {"Name", dbText, 25},
                           {"Created", dbDate},
@@ -150,29 +115,29 @@ const std::vector<TableShape> &Tables()
          }},
         {"picklists",
          [](Database &db) {
-             appendTable(db, "picklists", {{"categoryID", dbText, 10}, {"value", dbText, 255}},
+             AppendTable(db, "picklists", {{"categoryID", dbText, 10}, {"value", dbText, 255}},
                          {{"elemID", {"categoryID", "value"}, true}});
          }},
         {"pointers",
          [](Database &db) {
-             appendTable(db, "pointers", {{"elemID", dbLong}, {"targetID", dbLong}},
+             AppendTable(db, "pointers", {{"elemID", dbLong}, {"targetID", dbLong}},
                          {{"elem-target", {"elemID", "targetID"}, true},
                           {"elemID", {"elemID"}},
                           {"targetID", {"targetID"}}});
          }},
         {"TE_CONCEPTS",
          [](Database &db) {
-             appendTable(db, "TE_CONCEPTS", {{"elemID", dbLong}, {"Concept", dbText, 255}},
+             AppendTable(db, "TE_CONCEPTS", {{"elemID", dbLong}, {"Concept", dbText, 255}},
                          {{"elemID", {"elemID"}, true}});
          }},
         {"TERMS",
          [](Database &db) {
-             appendTable(db, "TERMS", {{"elemID", dbLong}, {"term", dbMemo}, {"langID", dbText, 3}},
+             AppendTable(db, "TERMS", {{"elemID", dbLong}, {"term", dbMemo}, {"langID", dbText, 3}},
                          {{"elemID", {"elemID"}, true}, {"langID", {"langID"}}});
          }},
         {"valid_families",
          [](Database &db) {
-             appendTable(db, "valid_families",
+             AppendTable(db, "valid_families",
                          {{"parentCategoryID", dbText, 10},
                           {"childCategoryID", dbText, 10},
                           {"occurrence", dbText, 1}},
@@ -181,14 +146,6 @@ const std::vector<TableShape> &Tables()
     };
     return tables;
 }
-
-struct RelationShape {
-    const char *name;
-    const char *table;
-    const char *field;
-    const char *foreignTable;
-    const char *foreignField;
-};
 
 // The twenty-one relations in the order of creation.
 constexpr RelationShape kRelations[] = {
@@ -215,19 +172,6 @@ constexpr RelationShape kRelations[] = {
     {"datcats-picklists", "datcats", "categoryID", "picklists", "categoryID"},
 };
 
-constexpr int kCascade = dbRelationUpdateCascades | dbRelationDeleteCascades; // 4352
-
-void appendRelation(Database &db, const RelationShape &shape)
-{
-    Relation rel =
-        db.CreateRelation(QString::fromLatin1(shape.name), QString::fromLatin1(shape.table),
-                          QString::fromLatin1(shape.foreignTable), kCascade);
-    Field f = rel.CreateField(QString::fromLatin1(shape.field));
-    f.ForeignName = QString::fromLatin1(shape.foreignField);
-    rel.Fields.push_back(f);
-    db.Append(rel);
-}
-
 // The tables named, in the order of creation, and the relations between two of them.
 void buildSome(Database &db, const QSet<QString> &names)
 {
@@ -237,7 +181,7 @@ void buildSome(Database &db, const QSet<QString> &names)
     for (const RelationShape &relation : kRelations)
         if (names.contains(QString::fromLatin1(relation.table)) &&
             names.contains(QString::fromLatin1(relation.foreignTable)))
-            appendRelation(db, relation);
+            AppendRelation(db, relation);
 }
 
 } // namespace

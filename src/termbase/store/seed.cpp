@@ -3,50 +3,30 @@
 #include "core/process.h"
 #include "core/store/database.h"
 #include "ontology/store/seed.h"
-
-#include <initializer_list>
+#include "ontology/store/table_shapes.h"
 
 namespace lx {
 
 using namespace store;
 
-namespace {
-
-// All rows of one table, field by field, in the seed's table order.
-void CopyTable(Database &termbase, Database &seed, const QString &table,
-               std::initializer_list<QStringView> fields)
-{
-    Recordset destination = termbase.OpenRecordset(table, dbOpenDynaset);
-    Recordset source = seed.OpenRecordset(table, dbOpenTable);
-    source.MoveFirst();
-    while (!source.Eof()) {
-        destination.AddNew();
-        for (QStringView field : fields)
-            destination.Collect(field, source.Value(field));
-        destination.Update();
-        source.MoveNext();
-    }
-    destination.Close();
-    source.Close();
-}
-
-} // namespace
-
 void CopyTermbaseSeed(const QString &path)
 {
     Database termbase = DBEngine::OpenDatabase(path);
     Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, false, kSeedConnect);
-    CopyTable(termbase, seed, QStringLiteral("charsets"), {u"charsetID", u"description", u"wsd"});
-    CopyTable(termbase, seed, QStringLiteral("langs"),
-              {u"langID", u"description", u"charsetID", u"order"});
-    CopyTable(termbase, seed, QStringLiteral("datcats"),
-              {u"categoryID", u"GI_name", u"type", u"value_type", u"needs_lang", u"forms_link",
-               u"parentCatID"});
-    CopyTable(termbase, seed, QStringLiteral("datcats_names"), {u"categoryID", u"langID", u"name"});
-    CopyTable(termbase, seed, QStringLiteral("elements"), {u"elemID", u"categoryID", u"parentID"});
-    CopyTable(termbase, seed, QStringLiteral("picklists"), {u"categoryID", u"value"});
-    CopyTable(termbase, seed, QStringLiteral("valid_families"),
-              {u"parentCategoryID", u"childCategoryID", u"occurrence"});
+    CopySeedTable(termbase, seed, QStringLiteral("charsets"),
+                  {u"charsetID", u"description", u"wsd"});
+    CopySeedTable(termbase, seed, QStringLiteral("langs"),
+                  {u"langID", u"description", u"charsetID", u"order"});
+    CopySeedTable(termbase, seed, QStringLiteral("datcats"),
+                  {u"categoryID", u"GI_name", u"type", u"value_type", u"needs_lang", u"forms_link",
+                   u"parentCatID"});
+    CopySeedTable(termbase, seed, QStringLiteral("datcats_names"),
+                  {u"categoryID", u"langID", u"name"});
+    CopySeedTable(termbase, seed, QStringLiteral("elements"),
+                  {u"elemID", u"categoryID", u"parentID"});
+    CopySeedTable(termbase, seed, QStringLiteral("picklists"), {u"categoryID", u"value"});
+    CopySeedTable(termbase, seed, QStringLiteral("valid_families"),
+                  {u"parentCategoryID", u"childCategoryID", u"occurrence"});
     seed.Close();
     termbase.Close();
 }
