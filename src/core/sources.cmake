@@ -1,6 +1,8 @@
 target_sources(lexarbor_core PRIVATE
     command.cpp
     command.h
+    file_steps.cpp
+    file_steps.h
     interaction.cpp
     interaction.h
     lookups.cpp

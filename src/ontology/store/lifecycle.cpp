@@ -1,5 +1,6 @@
 #include "ontology/store/lifecycle.h"
 
+#include "core/file_steps.h"
 #include "core/interaction.h"
 #include "core/lookups.h"
 #include "core/process.h"
@@ -21,34 +22,9 @@ using namespace store;
 namespace {
 
 constexpr int TypeMismatch = 13;
-constexpr int PathFileAccessError = 75;
 constexpr qsizetype MaxNameLength = 25; // the room of MetaData.Name
 
 const QString DateFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss");
-
-// OntoPath less the file title, with its trailing separator.
-QString FolderOf(const QString &path)
-{
-    return path.left(path.size() - QFileInfo(path).fileName().size());
-}
-
-void CreateFolderIfMissing(const QString &folder)
-{
-    if (QFileInfo(folder).isDir())
-        return;
-    if (!QDir().mkdir(folder))
-        throw StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
-}
-
-// Runs one statement of a routine that goes on whatever fails.
-template <class Step> void IgnoreErrors(Step &&step)
-{
-    try {
-        step();
-    } catch (const std::exception &) {
-        // Ignored: the next statement runs regardless.
-    }
-}
 
 // Field reads that fail on Null, as a Null read into a typed variable does.
 QString TextOf(const Recordset &rs, QStringView name)

@@ -1,5 +1,6 @@
 #include "termbase/store/lifecycle.h"
 
+#include "core/file_steps.h"
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
@@ -19,32 +20,7 @@ using namespace store;
 
 namespace {
 
-constexpr int PathFileAccessError = 75;
 const QString LineBreak = QStringLiteral("\r\n");
-
-// The path less the file title, with its trailing separator.
-QString FolderOf(const QString &path)
-{
-    return path.left(path.size() - QFileInfo(path).fileName().size());
-}
-
-void CreateFolderIfMissing(const QString &folder)
-{
-    if (QFileInfo(folder).isDir())
-        return;
-    if (!QDir().mkdir(folder))
-        throw StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
-}
-
-// Runs one statement of a routine that goes on whatever fails.
-template <class Step> void IgnoreErrors(Step &&step)
-{
-    try {
-        step();
-    } catch (const std::exception &) {
-        // Ignored: the next statement runs regardless.
-    }
-}
 
 // The sibling folders; a folder that can't be made is passed over (error 75 goes on).
 void CreateSiblingFolders(const QString &name)
