@@ -346,7 +346,7 @@ Statement Connection::prepare(const QString &sql)
     const int rc = sqlite3_prepare_v3(m_db, key.data(), int(key.size()), SQLITE_PREPARE_PERSISTENT,
                                       &stmt, nullptr);
     if (rc != SQLITE_OK)
-        fail(rc, sql);
+        fail(rc);
     if (it != m_cache.end()) // the cached one is busy in an enclosing call: use a private copy
         return Statement(this, stmt, nullptr);
     auto inserted = m_cache.emplace(std::move(key), Cached{stmt, true}).first;
@@ -360,7 +360,7 @@ void Connection::exec(const QString &sql)
     const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message);
     sqlite3_free(message);
     if (rc != SQLITE_OK)
-        fail(rc, sql);
+        fail(rc);
 }
 
 std::int64_t Connection::lastInsertRowid() const
@@ -368,7 +368,7 @@ std::int64_t Connection::lastInsertRowid() const
     return sqlite3_last_insert_rowid(m_db);
 }
 
-void Connection::fail(int rc, const QString &context)
+void Connection::fail(int rc)
 {
     const int extended = m_db ? sqlite3_extended_errcode(m_db) : rc;
     const QString message = sqliteMessage(m_db, rc);
@@ -394,7 +394,6 @@ void Connection::fail(int rc, const QString &context)
     default:
         break;
     }
-    Q_UNUSED(context);
     throw StoreError(err::Reserved, ErrorDescription(err::Reserved, QString::number(rc)) +
                                         QLatin1Char(' ') + message);
 }

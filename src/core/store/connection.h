@@ -69,7 +69,7 @@ public:
     Statement prepare(const QString &sql);
     void exec(const QString &sql);
     // Throws the StoreError for a SQLite result code.
-    [[noreturn]] void fail(int rc, const QString &context = {});
+    [[noreturn]] void fail(int rc);
 
     const Catalog &catalog() const { return m_catalog; }
     Catalog &catalogForUpdate() { return m_catalog; }

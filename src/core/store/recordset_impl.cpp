@@ -7,6 +7,7 @@
 #include <QDateTime>
 
 #include <climits>
+#include <cmath>
 
 namespace lx::store::detail {
 
