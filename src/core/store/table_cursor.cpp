@@ -153,7 +153,6 @@ public:
             // The last key takes the operator; the ones before it must match.
             const QString cmp = i + 1 == keys.size() ? o : QStringLiteral("=");
             where << SqlIdentifier(f.Name) + cmp + QLatin1Char('?');
-            std::string holder;
             Cell cell;
             try {
                 cell = toCell(keys[i], f, holders[size_t(i)]);
