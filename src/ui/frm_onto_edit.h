@@ -113,6 +113,8 @@ public:
     void lvwNames_MouseUp();
     void lvwNames_ColumnClick(int column);
     void AddDefaultName();
+    // The working note of the current concept, in frm_onto_edit_notes.cpp.
+    void mnuConceptNote_Click();
     // A command whose logic comes with a later step.
     void NotAvailableYet();
 

@@ -1,0 +1,66 @@
+#include "ui/frm_note.h"
+
+#include "ontology/edit/notes.h"
+
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace lx::ui {
+
+namespace {
+
+template <class W> W *Named(W *widget, const QString &name)
+{
+    widget->setObjectName(name);
+    return widget;
+}
+
+} // namespace
+
+frmNote::frmNote()
+    : txtNote(Named(new QPlainTextEdit(this), QStringLiteral("txtNote"))),
+      cmdOK(Named(new QPushButton(QStringLiteral("OK"), this), QStringLiteral("cmdOK"))),
+      cmdDelete(
+          Named(new QPushButton(QStringLiteral("&Delete"), this), QStringLiteral("cmdDelete"))),
+      cmdCancel(
+          Named(new QPushButton(QStringLiteral("&Cancel"), this), QStringLiteral("cmdCancel")))
+{
+    setObjectName(QStringLiteral("frmNote"));
+    txtNote->setToolTip(QStringLiteral("Type in your note here"));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    for (QPushButton *button : {cmdOK, cmdDelete, cmdCancel})
+        buttons->addWidget(button);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(txtNote);
+    layout->addLayout(buttons);
+    connect(cmdOK, &QPushButton::clicked, this, &frmNote::cmdOK_Click);
+    connect(cmdDelete, &QPushButton::clicked, this, &frmNote::cmdDelete_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &frmNote::cmdCancel_Click);
+}
+
+void frmNote::cmdOK_Click()
+{
+    hide();
+}
+
+void frmNote::cmdDelete_Click()
+{
+    txtNote->clear();
+    hide();
+}
+
+void frmNote::cmdCancel_Click()
+{
+    txtNote->setPlainText(NoteCancelText);
+    hide();
+}
+
+void frmNote::reject()
+{
+    cmdCancel_Click();
+}
+
+} // namespace lx::ui
