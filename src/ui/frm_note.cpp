@@ -1,6 +1,8 @@
 #include "ui/frm_note.h"
 
+#include "core/interaction.h"
 #include "ontology/edit/notes.h"
+#include "ui/forms.h"
 
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
@@ -61,6 +63,17 @@ void frmNote::cmdCancel_Click()
 void frmNote::reject()
 {
     cmdCancel_Click();
+}
+
+QString AskNote(const QString &caption, const QString &text)
+{
+    auto &dialog = Forms().Load<frmNote>();
+    dialog.setWindowTitle(caption);
+    dialog.txtNote->setPlainText(text);
+    UI().ShowModal(&dialog);
+    const QString answer = dialog.txtNote->toPlainText();
+    Forms().Unload(&dialog);
+    return answer;
 }
 
 } // namespace lx::ui

@@ -28,4 +28,8 @@ public Q_SLOTS:
     void reject() override;
 };
 
+// Shows the note dialog modally under `caption`, starting with `text`, and returns what its
+// text box holds afterwards; the dialog is unloaded.
+QString AskNote(const QString &caption, const QString &text);
+
 } // namespace lx::ui

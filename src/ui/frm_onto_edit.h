@@ -115,6 +115,7 @@ public:
     void AddDefaultName();
     // The working note of the current concept, in frm_onto_edit_notes.cpp.
     void mnuConceptNote_Click();
+    void mnuToolsListNotes_Click();
     // A command whose logic comes with a later step.
     void NotAvailableYet();
 

@@ -251,11 +251,12 @@ void frmOntoEdit::routeMenus()
     for (const auto &[name, handler] : names)
         route(mnuName->findChild<QAction *>(QLatin1String(name)), handler);
     route(mnuConceptNote, &frmOntoEdit::mnuConceptNote_Click);
+    route(mnuToolsListNotes, &frmOntoEdit::mnuToolsListNotes_Click);
     // mnuEditCut and mnuEditPaste have no handler: they do nothing.
-    for (QAction *later : {mnuFileImport, mnuFileExport, mnuConceptAdd, mnuConceptEdit,
-                           mnuConceptEditDef, mnuConceptDelete, mnuConceptTree, mnuTreeFull,
-                           mnuTreeObject, mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept,
-                           mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming, mnuToolsListNotes})
+    for (QAction *later :
+         {mnuFileImport, mnuFileExport, mnuConceptAdd, mnuConceptEdit, mnuConceptEditDef,
+          mnuConceptDelete, mnuConceptTree, mnuTreeFull, mnuTreeObject, mnuTreeEvent, mnuTreeRel,
+          mnuTreeAttr, mnuTreeSelConcept, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
         route(later, &frmOntoEdit::NotAvailableYet);
     for (QMenu *popup : {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange}) {
         for (QAction *item : popup->actions()) {

@@ -1,28 +1,25 @@
-#include "core/interaction.h"
 #include "ontology/edit/notes.h"
 #include "ui/forms.h"
 #include "ui/frm_note.h"
+#include "ui/frm_note_list.h"
 #include "ui/frm_onto_edit.h"
-
-#include <QPlainTextEdit>
 
 namespace lx::ui {
 
 // The dialog's text box is its answer; a new note turns the note button to "note-in".
 void frmOntoEdit::mnuConceptNote_Click()
 {
-    const NoteOutcome outcome =
-        EditNote(CurrentConcept, [](const QString &caption, const QString &text) {
-            auto &dialog = Forms().Load<frmNote>();
-            dialog.setWindowTitle(caption);
-            dialog.txtNote->setPlainText(text);
-            UI().ShowModal(&dialog);
-            const QString answer = dialog.txtNote->toPlainText();
-            Forms().Unload(&dialog);
-            return answer;
-        });
+    const NoteOutcome outcome = EditNote(CurrentConcept, AskNote);
     if (outcome == NoteOutcome::Added)
         setNoteImage(true);
+}
+
+// The list is modeless: one window, brought back if already loaded.
+void frmOntoEdit::mnuToolsListNotes_Click()
+{
+    frmNoteList &list = Forms().Get<frmNoteList>();
+    list.show();
+    list.raise();
 }
 
 } // namespace lx::ui

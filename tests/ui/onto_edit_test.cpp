@@ -165,11 +165,11 @@ TEST_F(OntoEditTest, AboutIsModalAndUnloadedAfter)
 TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
 {
     form.EnableOntologyCommands();
-    QList<QAction *> later{form.mnuFileImport,       form.mnuFileExport,     form.mnuConceptAdd,
-                           form.mnuConceptEdit,      form.mnuConceptEditDef, form.mnuConceptDelete,
-                           form.mnuConceptTree,      form.mnuTreeFull,       form.mnuTreeObject,
-                           form.mnuTreeSelConcept,   form.mnuToolsOntoNav,   form.mnuGenHTML,
-                           form.mnuToolsBatchNaming, form.mnuToolsListNotes};
+    QList<QAction *> later{form.mnuFileImport,      form.mnuFileExport,     form.mnuConceptAdd,
+                           form.mnuConceptEdit,     form.mnuConceptEditDef, form.mnuConceptDelete,
+                           form.mnuConceptTree,     form.mnuTreeFull,       form.mnuTreeObject,
+                           form.mnuTreeSelConcept,  form.mnuToolsOntoNav,   form.mnuGenHTML,
+                           form.mnuToolsBatchNaming};
     for (QMenu *popup : {form.mnuISA, form.mnuRelGoTo})
         later << popup->actions().first();
     for (int place : {7, 9, 10})
