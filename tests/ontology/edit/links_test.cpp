@@ -1,0 +1,112 @@
+#include "edit_fixture.h"
+#include "ontology/edit/links.h"
+#include "termbase/store/schema.h"
+
+#include <QFile>
+
+using namespace lx;
+
+namespace {
+
+// An ontology linked to two termbase files, each holding HOUSE and TREE.
+class LinksTest : public EditTest {
+protected:
+    void SetUp() override
+    {
+        EditTest::SetUp();
+        for (const QString &name : {QStringLiteral("a.ltb"), QStringLiteral("b.ltb")}) {
+            const QString path = folder.path(name);
+            store::Database tb =
+                store::DBEngine::Workspaces(0).CreateDatabase(path, store::dbLangGeneral);
+            BuildTermbaseTables(tb);
+            for (const char *identifier : {"HOUSE", "TREE"}) {
+                store::Recordset rs =
+                    tb.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
+                rs.AddNew();
+                rs.Collect(u"Concept", QString::fromLatin1(identifier));
+                rs.Update();
+            }
+            tb.Close();
+            paths.append(path);
+            addRow(QStringLiteral("TermBases"), {{u"DBName", path}});
+        }
+    }
+    static QStringList concepts(const QString &path)
+    {
+        QStringList values;
+        store::Database tb = store::DBEngine::OpenDatabase(path);
+        store::Recordset rs = tb.OpenRecordset(
+            QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"), store::dbOpenSnapshot);
+        for (; !rs.Eof(); rs.MoveNext())
+            values.append(rs.Value(u"Concept").toString());
+        rs.Close();
+        tb.Close();
+        return values;
+    }
+    QStringList links() { return column(QStringLiteral("SELECT * FROM TermBases"), u"DBName"); }
+
+    QStringList paths;
+};
+
+TEST_F(LinksTest, EachOperationReachesEveryLinkedFile)
+{
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("BIRD"), QString(), opAddConcept));
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("BIRD"), QString(), opAddConcept));
+    for (const QString &path : paths)
+        EXPECT_EQ(concepts(path), (QStringList{QStringLiteral("BIRD"), QStringLiteral("HOUSE"),
+                                               QStringLiteral("TREE")}));
+
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("OAK"), QStringLiteral("TREE"),
+                                            opRenameConcept));
+    for (const QString &path : paths)
+        EXPECT_EQ(concepts(path), (QStringList{QStringLiteral("BIRD"), QStringLiteral("HOUSE"),
+                                               QStringLiteral("OAK")}));
+
+    // Deleting looks up the second identifier, not the first.
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("HOUSE"), QStringLiteral("BIRD"),
+                                            opDeleteConcept));
+    for (const QString &path : paths)
+        EXPECT_EQ(concepts(path), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("OAK")}));
+    EXPECT_TRUE(user.calls().isEmpty());
+}
+
+TEST_F(LinksTest, WithoutLinksNothingHappens)
+{
+    store::Recordset rs = db.OpenRecordset(QStringLiteral("TermBases"), store::dbOpenTable);
+    while (!rs.Eof()) {
+        rs.Delete();
+        rs.MoveNext();
+    }
+    rs.Close();
+    EXPECT_FALSE(PropagateConceptToTermBases(QStringLiteral("BIRD"), QString(), opAddConcept));
+    EXPECT_EQ(concepts(paths[0]), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("TREE")}));
+}
+
+TEST_F(LinksTest, MovedFileIsFoundAgain)
+{
+    const QString moved = folder.path(QStringLiteral("moved.ltb"));
+    ASSERT_TRUE(QFile::rename(paths[0], moved));
+    user.answerMsgBox(msg::Yes).answerOpenFile(moved);
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("BIRD"), QString(), opAddConcept));
+    ASSERT_EQ(user.calls().size(), 2);
+    EXPECT_EQ(user.calls()[0].text, QStringLiteral("TermBase ") + paths[0] +
+                                        QStringLiteral(" can't be found. Do you want to find it?"));
+    EXPECT_EQ(links(), (QStringList{moved, paths[1]}));
+    EXPECT_EQ(concepts(moved).first(), QStringLiteral("BIRD"));
+    EXPECT_EQ(concepts(paths[1]).first(), QStringLiteral("BIRD"));
+}
+
+TEST_F(LinksTest, MovedFileIsDroppedOnNo)
+{
+    ASSERT_TRUE(QFile::remove(paths[0]));
+    user.answerMsgBox(msg::No).answerMsgBox(msg::OK);
+    EXPECT_TRUE(PropagateConceptToTermBases(QStringLiteral("BIRD"), QString(), opAddConcept));
+    ASSERT_EQ(user.calls().size(), 2);
+    EXPECT_EQ(user.calls()[1].text,
+              QStringLiteral("Link will be deleted. You can link databases from the "
+                             "\"Options dialog box\""));
+    EXPECT_EQ(links(), QStringList{paths[1]});
+    EXPECT_EQ(concepts(paths[1]).first(), QStringLiteral("BIRD"));
+}
+
+} // namespace
