@@ -116,6 +116,9 @@ public:
     // The working note of the current concept, in frm_onto_edit_notes.cpp.
     void mnuConceptNote_Click();
     void mnuToolsListNotes_Click();
+    // A concept's add (1), delete (2) or rename (3) carried into the linked termbases; the open
+    // termbase windows hear of it, with CurrentConcept, when a link exists.
+    void PropagateConceptToTermBases(const QString &newId, const QString &oldId, int operation);
     // A command whose logic comes with a later step.
     void NotAvailableYet();
 

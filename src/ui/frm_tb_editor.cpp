@@ -70,6 +70,8 @@ QAction *MakeItem(QMenu *menu, const char *name, const QString &text)
 frmTBEDitor::frmTBEDitor()
 {
     setObjectName(QStringLiteral("frmTBEDitor"));
+    lblOntoComm = new SignalLabel(this);
+    connect(lblOntoComm, &SignalLabel::captionChanged, this, &frmTBEDitor::lblOntoComm_Change);
     buildMenus();
     buildToolBar();
     buildCentre();
@@ -257,6 +259,24 @@ void frmTBEDitor::LoadTermbaseView()
 }
 
 void frmTBEDitor::ReloadCategoryNames() {}
+
+void frmTBEDitor::lblOntoComm_Change()
+{
+    if (lblOntoComm->caption().isEmpty() || Process().TermPath.isEmpty())
+        return;
+    LoadTermbaseView();
+}
+
+void SendOntoComm(int operation, const QString &currentConcept)
+{
+    for (QWidget *form : Forms().list()) {
+        auto *editor = qobject_cast<frmTBEDitor *>(form);
+        if (!editor || !editor->windowTitle().startsWith(QLatin1String("TermBase ")))
+            continue;
+        editor->lblOntoComm->setCaption(QString());
+        editor->lblOntoComm->setCaption(QString::number(operation) + currentConcept);
+    }
+}
 
 void frmTBEDitor::SetOntologyPanel(const QString &text)
 {

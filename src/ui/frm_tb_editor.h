@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/signal_label.h"
 #include "termbase/store/tb_editor.h"
 
 #include <QList>
@@ -47,6 +48,10 @@ public:
     PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts) override;
     TermbaseOptionsChoice ShowTermbaseOptions(const TermbaseOptionsChoice &current) override;
 
+    // The ontology editor's word that concepts changed: the operation's digit, then the
+    // ontology's current concept. For now the concept list is loaded anew.
+    void lblOntoComm_Change();
+
     void ToolBar1_ButtonClick(const QString &key);
     void mnuFileNew_Click();
     void mnuFileOPen_Click();
@@ -62,6 +67,7 @@ public:
     QToolBar *ToolBar1;
     QLabel *lblTree1, *lblTree2;
     QTreeWidget *Tree1, *Tree2;
+    SignalLabel *lblOntoComm;
     QListWidget *ListView1;
     QWidget *picBrowser;
     QGroupBox *fraEdit;
@@ -81,5 +87,9 @@ private:
 
 // The menu command of the ontology editor: loads the termbase editor once and shows it.
 void ShowTermbaseEditor();
+
+// Tells every open window whose caption matches "TermBase *" through its lblOntoComm: cleared,
+// then the operation's digit followed by `currentConcept`.
+void SendOntoComm(int operation, const QString &currentConcept);
 
 } // namespace lx::ui
