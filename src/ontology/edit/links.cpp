@@ -6,7 +6,9 @@
 #include "core/store/recordset.h"
 #include "core/store/types.h"
 
+#include <QDateTime>
 #include <QFileInfo>
+#include <QStringList>
 
 #include <optional>
 
@@ -93,6 +95,91 @@ bool PropagateConceptToTermBases(const QString &newId, const QString &oldId, int
     }
     links.Close();
     return true;
+}
+
+bool AssignTermbase(const QString &path, const std::function<void(const QString &)> &status)
+{
+    ProcessState &p = Process();
+    Database termbase = DBEngine::OpenDatabase(path);
+    Recordset tbConcepts = termbase.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    tbConcepts.SetIndex(QStringLiteral("Concept"));
+    Recordset ontoConcepts =
+        p.OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM CONCEPTS"), dbOpenDynaset);
+    status(QStringLiteral("Checking consistency..."));
+    QStringList unmatched;
+    if (tbConcepts.RecordCount() > 0)
+        tbConcepts.MoveFirst();
+    for (; !tbConcepts.Eof(); tbConcepts.MoveNext()) {
+        const QString identifier = tbConcepts.Value(u"Concept").toString();
+        ontoConcepts.FindFirst(QStringLiteral("Concept = ") + p.Quote + identifier + p.Quote);
+        if (ontoConcepts.NoMatch())
+            unmatched.append(identifier);
+    }
+    if (!unmatched.isEmpty()) {
+        if (UI().MsgBox(QString::number(unmatched.size()) + QStringLiteral(" concepts used in ") +
+                            path + QStringLiteral(" didn't match any concept in ") + p.OntoPath +
+                            QStringLiteral(". If you proceed these concepts will be deleted "
+                                           "from your termbase."),
+                        msg::YesNo) == msg::No) {
+            ontoConcepts.Close();
+            tbConcepts.Close();
+            termbase.Close();
+            return false;
+        }
+        status(QStringLiteral("Deleting unmatched..."));
+        for (const QString &identifier : std::as_const(unmatched)) {
+            tbConcepts.Seek(u"=", identifier);
+            if (!tbConcepts.NoMatch())
+                tbConcepts.Delete();
+        }
+    }
+    status(QStringLiteral("Adding concepts..."));
+    long added = 0;
+    if (ontoConcepts.RecordCount() > 0)
+        ontoConcepts.MoveFirst();
+    for (; !ontoConcepts.Eof(); ontoConcepts.MoveNext()) {
+        const QString identifier = ontoConcepts.Value(u"Concept").toString();
+        tbConcepts.Seek(u"=", identifier);
+        if (tbConcepts.NoMatch()) {
+            tbConcepts.AddNew();
+            tbConcepts.Collect(u"Concept", identifier);
+            tbConcepts.Update();
+            ++added;
+        }
+    }
+    Recordset meta = termbase.OpenRecordset(QStringLiteral("MetaData"), dbOpenTable);
+    meta.MoveFirst();
+    meta.Edit();
+    meta.Collect(u"Modified", QDateTime::currentDateTime());
+    meta.Collect(u"Ontology", p.OntoPath);
+    meta.Update();
+    meta.Close();
+    Recordset links = p.OntoDB.OpenRecordset(QStringLiteral("TermBases"), dbOpenTable);
+    links.AddNew();
+    links.Collect(u"DBName", path);
+    links.Update();
+    links.Close();
+    ontoConcepts.Close();
+    tbConcepts.Close();
+    termbase.Close();
+    if (added > 0)
+        UI().MsgBox(QString::number(added) + QStringLiteral(" concepts were added to ") + path +
+                        QStringLiteral(" in order to make it ") +
+                        QStringLiteral("consistent with ") + p.OntoPath + QStringLiteral("."),
+                    msg::Information);
+    return true;
+}
+
+void ReleaseTermbase(const QString &path)
+{
+    Recordset links =
+        Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM TermBases"), dbOpenDynaset);
+    links.FindFirst(QStringLiteral("DBName = ") + Process().Quote + path + Process().Quote);
+    if (!links.NoMatch()) {
+        links.Edit();
+        links.Delete();
+    }
+    links.Close();
 }
 
 } // namespace lx

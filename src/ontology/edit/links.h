@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 // The termbase files linked to the ontology (table TermBases) and how concept edits reach them.
 namespace lx {
 
@@ -20,5 +22,14 @@ void CheckTermBaseLinks();
 // to `newId` (any other) in the CONCEPTS of every linked file, straight on disk. Returns true
 // when the ontology has at least one link: the caller then tells the open termbase windows.
 bool PropagateConceptToTermBases(const QString &newId, const QString &oldId, int operation);
+
+// Links the termbase file at `path` to the working ontology after making the two agree: its
+// concepts missing from the ontology are deleted once the user agrees (refused: nothing is
+// written and false is returned), the ontology's concepts missing from it are added and said
+// so. `status` hears each stage.
+bool AssignTermbase(const QString &path, const std::function<void(const QString &)> &status);
+
+// Drops the link named `path`; the termbase file itself is left as it is.
+void ReleaseTermbase(const QString &path);
 
 } // namespace lx

@@ -110,3 +110,78 @@ TEST_F(LinksTest, MovedFileIsDroppedOnNo)
 }
 
 } // namespace
+
+namespace {
+
+// --- Assigning and releasing ------------------------------------------------------------------
+
+class AssignTest : public LinksTest {
+protected:
+    void SetUp() override
+    {
+        LinksTest::SetUp();
+        Process().OntoPath = folder.path(QStringLiteral("t.ont"));
+        addConcept(QStringLiteral("HOUSE"));
+        addConcept(QStringLiteral("BIRD"));
+        addConcept(QStringLiteral("OAK"));
+        store::Database tb = store::DBEngine::OpenDatabase(paths[0]);
+        store::Recordset meta = tb.OpenRecordset(QStringLiteral("MetaData"), store::dbOpenTable);
+        meta.AddNew();
+        meta.Collect(u"Name", QStringLiteral("a"));
+        meta.Update();
+        meta.Close();
+        tb.Close();
+        ReleaseTermbase(paths[0]);
+    }
+    QString ontologyOf(const QString &path)
+    {
+        store::Database tb = store::DBEngine::OpenDatabase(path);
+        store::Recordset meta = tb.OpenRecordset(QStringLiteral("MetaData"), store::dbOpenTable);
+        const QString ontology = meta.Value(u"Ontology").toString();
+        meta.Close();
+        tb.Close();
+        return ontology;
+    }
+    QStringList stages;
+    std::function<void(const QString &)> status = [this](const QString &s) { stages.append(s); };
+};
+
+TEST_F(AssignTest, ReleaseDropsTheLinkAndLeavesTheFile)
+{
+    EXPECT_EQ(links(), QStringList{paths[1]});
+    ReleaseTermbase(paths[1]);
+    EXPECT_TRUE(links().isEmpty());
+    EXPECT_EQ(concepts(paths[1]), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("TREE")}));
+}
+
+TEST_F(AssignTest, RefusingTheDeletionLeavesBothFilesAndNoLink)
+{
+    user.answerMsgBox(msg::No);
+    EXPECT_FALSE(AssignTermbase(paths[0], status));
+    EXPECT_EQ(user.calls()[0].text,
+              QStringLiteral("1 concepts used in ") + paths[0] +
+                  QStringLiteral(" didn't match any concept in ") + Process().OntoPath +
+                  QStringLiteral(". If you proceed these concepts will be deleted from your "
+                                 "termbase."));
+    EXPECT_EQ(concepts(paths[0]), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("TREE")}));
+    EXPECT_EQ(links(), QStringList{paths[1]});
+    EXPECT_TRUE(ontologyOf(paths[0]).isEmpty());
+}
+
+TEST_F(AssignTest, AcceptingMakesTheTermbaseAgreeAndLinksIt)
+{
+    user.answerMsgBox(msg::Yes).answerMsgBox(msg::OK);
+    EXPECT_TRUE(AssignTermbase(paths[0], status));
+    EXPECT_EQ(concepts(paths[0]), (QStringList{QStringLiteral("BIRD"), QStringLiteral("HOUSE"),
+                                               QStringLiteral("OAK")}));
+    EXPECT_EQ(user.calls()[1].text, QStringLiteral("2 concepts were added to ") + paths[0] +
+                                        QStringLiteral(" in order to make it consistent with ") +
+                                        Process().OntoPath + QStringLiteral("."));
+    EXPECT_EQ(stages, (QStringList{QStringLiteral("Checking consistency..."),
+                                   QStringLiteral("Deleting unmatched..."),
+                                   QStringLiteral("Adding concepts...")}));
+    EXPECT_EQ(links(), (QStringList{paths[1], paths[0]}));
+    EXPECT_EQ(ontologyOf(paths[0]), Process().OntoPath);
+}
+
+} // namespace
