@@ -132,7 +132,7 @@ struct Row {
 };
 
 struct Source {
-    const SourceTable *spec;
+    const SourceTable *layout;
     QString path;
     std::vector<Row> rows;
 
@@ -142,9 +142,9 @@ struct Source {
     }
 };
 
-Source ReadSource(const QString &folder, const SourceTable &spec)
+Source ReadSource(const QString &folder, const SourceTable &layout)
 {
-    Source source{&spec, QDir(folder).filePath(QString::fromLatin1(spec.file)), {}};
+    Source source{&layout, QDir(folder).filePath(QString::fromLatin1(layout.file)), {}};
     QFile file(source.path);
     if (!file.open(QIODevice::ReadOnly))
         source.fail(0, QStringLiteral("can't read: %1").arg(file.errorString()));
@@ -154,7 +154,7 @@ Source ReadSource(const QString &folder, const SourceTable &spec)
         source.fail(0, QStringLiteral("not UTF-8 text"));
 
     QStringList header;
-    for (const Column &c : spec.columns)
+    for (const Column &c : layout.columns)
         header << QString::fromLatin1(c.name);
 
     const QStringList lines = text.split(QLatin1Char('\n'));
@@ -195,7 +195,7 @@ Source ReadSource(const QString &folder, const SourceTable &spec)
 
 QVariant Convert(const Source &source, const Row &row, int column)
 {
-    const Column &c = source.spec->columns[size_t(column)];
+    const Column &c = source.layout->columns[size_t(column)];
     const QString &v = row.values[column];
     if (c.nullable && v == QLatin1String("-"))
         return {};
@@ -228,20 +228,20 @@ QVariant Convert(const Source &source, const Row &row, int column)
 
 void WriteSource(Database &db, const Source &source)
 {
-    Recordset rs = db.OpenRecordset(QString::fromLatin1(source.spec->table), dbOpenTable);
+    Recordset rs = db.OpenRecordset(QString::fromLatin1(source.layout->table), dbOpenTable);
     for (const Row &row : source.rows) {
         std::vector<QVariant> values;
-        for (int c = 0; c < int(source.spec->columns.size()); ++c)
+        for (int c = 0; c < int(source.layout->columns.size()); ++c)
             values.push_back(Convert(source, row, c));
         try {
             rs.AddNew();
             for (size_t c = 0; c < values.size(); ++c)
-                rs.Collect(QString::fromLatin1(source.spec->columns[c].name), values[c]);
+                rs.Collect(QString::fromLatin1(source.layout->columns[c].name), values[c]);
             rs.Update();
         } catch (const StoreError &e) {
             rs.CancelUpdate();
             source.fail(row.line, QStringLiteral("%1 refuses the row: %2 (%3)")
-                                      .arg(QString::fromLatin1(source.spec->table), e.description())
+                                      .arg(QString::fromLatin1(source.layout->table), e.description())
                                       .arg(e.number()));
         }
     }
@@ -250,7 +250,7 @@ void WriteSource(Database &db, const Source &source)
 const Source &SourceOf(const std::vector<Source> &sources, const char *file)
 {
     for (const Source &s : sources)
-        if (qstrcmp(s.spec->file, file) == 0)
+        if (qstrcmp(s.layout->file, file) == 0)
             return s;
     Q_UNREACHABLE();
 }
@@ -445,8 +445,8 @@ void RemoveFile(const QString &path)
 int Run(const QString &folder, const QString &output)
 {
     std::vector<Source> sources;
-    for (const SourceTable &spec : SourceTables())
-        sources.push_back(ReadSource(folder, spec));
+    for (const SourceTable &layout : SourceTables())
+        sources.push_back(ReadSource(folder, layout));
 
     // Built beside the output and renamed at the end, so a failed run leaves the old file.
     const QString part = output + QStringLiteral(".part");
