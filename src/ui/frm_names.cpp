@@ -4,6 +4,7 @@
 #include "core/process.h"
 #include "ui/forms.h"
 #include "ui/list_views.h"
+#include "ui/named.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -20,12 +21,6 @@ namespace lx::ui {
 namespace {
 
 constexpr int LangIdColumn = 1;
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "core/interaction.h"
 #include "ontology/edit/notes.h"
 #include "ui/forms.h"
+#include "ui/named.h"
 
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
@@ -10,16 +11,6 @@
 #include <QVBoxLayout>
 
 namespace lx::ui {
-
-namespace {
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-} // namespace
 
 frmNote::frmNote()
     : txtNote(Named(new QPlainTextEdit(this), QStringLiteral("txtNote"))),

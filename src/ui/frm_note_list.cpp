@@ -4,6 +4,7 @@
 #include "ontology/edit/notes.h"
 #include "ui/forms.h"
 #include "ui/frm_note.h"
+#include "ui/named.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -11,16 +12,6 @@
 #include <QVBoxLayout>
 
 namespace lx::ui {
-
-namespace {
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
-
-} // namespace
 
 frmNoteList::frmNoteList()
     : ListView1(Named(new QTreeWidget(this), QStringLiteral("ListView1"))),

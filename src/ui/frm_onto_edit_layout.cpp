@@ -4,6 +4,7 @@
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
+#include "ui/named.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -48,12 +49,6 @@ QAction *MakeItem(QMenu *menu, const QString &name, const QString &caption)
     QAction *item = menu->addAction(caption);
     item->setObjectName(name);
     return item;
-}
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
 }
 
 QListWidget *MakeList(QWidget *parent, const QString &name)

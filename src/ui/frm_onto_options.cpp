@@ -8,6 +8,7 @@
 #include "ui/forms.h"
 #include "ui/frm_transfer.h"
 #include "ui/list_views.h"
+#include "ui/named.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -29,12 +30,6 @@ namespace lx::ui {
 namespace {
 
 constexpr int MostParents = 9;
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 QTreeWidget *MakeListView(QWidget *parent, const QString &name, const QStringList &heads)
 {

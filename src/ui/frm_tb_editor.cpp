@@ -10,6 +10,7 @@
 #include "ui/frm_tb_options.h"
 #include "ui/frm_tb_properties.h"
 #include "ui/images.h"
+#include "ui/named.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -51,12 +52,6 @@ constexpr ToolButtonDef ToolButtons[] = {
     {18, "forward", "Forward"},
     {20, "help", "Help"},
 };
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 QAction *MakeItem(QMenu *menu, const char *name, const QString &text)
 {

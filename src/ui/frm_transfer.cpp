@@ -2,6 +2,7 @@
 
 #include "core/interaction.h"
 #include "core/lookups.h"
+#include "ui/named.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -14,12 +15,6 @@
 namespace lx::ui {
 
 namespace {
-
-template <class W> W *Named(W *widget, const QString &name)
-{
-    widget->setObjectName(name);
-    return widget;
-}
 
 QPushButton *MakeButton(QWidget *parent, const QString &name, const QString &caption)
 {
