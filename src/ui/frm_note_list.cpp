@@ -1,9 +1,11 @@
 #include "ui/frm_note_list.h"
 
+#include "core/command.h"
 #include "core/interaction.h"
 #include "ontology/edit/notes.h"
 #include "ui/forms.h"
 #include "ui/frm_note.h"
+#include "ui/frm_onto_edit.h"
 #include "ui/named.h"
 
 #include <QHBoxLayout>
@@ -33,8 +35,8 @@ frmNoteList::frmNoteList()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ListView1); // the layout fits the list to the window
     layout->addLayout(buttons);
-    connect(cmdEdit, &QPushButton::clicked, this, &frmNoteList::cmdEdit_Click);
-    connect(cmdDelete, &QPushButton::clicked, this, &frmNoteList::cmdDelete_Click);
+    connect(cmdEdit, &QPushButton::clicked, this, Command(this, &frmNoteList::cmdEdit_Click));
+    connect(cmdDelete, &QPushButton::clicked, this, Command(this, &frmNoteList::cmdDelete_Click));
     connect(cmdClose, &QPushButton::clicked, this, &frmNoteList::cmdClose_Click);
     FillList();
 }
@@ -63,6 +65,7 @@ void frmNoteList::cmdEdit_Click()
         return;
     EditNote(identifier, AskNote);
     FillList();
+    refreshNoteButton();
 }
 
 void frmNoteList::cmdDelete_Click()
@@ -80,6 +83,14 @@ void frmNoteList::cmdDelete_Click()
         concepts.append(item->text(0));
     DeleteNotes(concepts);
     FillList();
+    refreshNoteButton();
+}
+
+// A note of the concept shown in the editor may have come or gone.
+void frmNoteList::refreshNoteButton()
+{
+    if (frmOntoEdit *editor = Forms().Find<frmOntoEdit>())
+        editor->RefreshNoteImage();
 }
 
 void frmNoteList::cmdClose_Click()

@@ -23,6 +23,9 @@ public:
 
     QTreeWidget *ListView1;
     QPushButton *cmdEdit, *cmdDelete, *cmdClose;
+
+private:
+    void refreshNoteButton();
 };
 
 } // namespace lx::ui

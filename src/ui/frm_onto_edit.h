@@ -91,6 +91,8 @@ public:
     void LoadAncestors();
     void LoadDescendants();
     bool HasNote();
+    // The note button shows whether the current concept has a note now.
+    void RefreshNoteImage();
     void RefreshInheritance();
     void chkActiveAnc_Click();
     void chkActivDesc_Click();

@@ -6,12 +6,14 @@
 
 namespace lx::ui {
 
-// The dialog's text box is its answer; a new note turns the note button to "note-in".
+// The dialog's text box is its answer; the note button follows a note added or deleted.
 void frmOntoEdit::mnuConceptNote_Click()
 {
     const NoteOutcome outcome = EditNote(CurrentConcept, AskNote);
     if (outcome == NoteOutcome::Added)
         setNoteImage(true);
+    else if (outcome == NoteOutcome::Deleted)
+        setNoteImage(false);
 }
 
 // The list is modeless: one window, brought back if already loaded.

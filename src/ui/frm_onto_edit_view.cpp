@@ -152,6 +152,11 @@ bool frmOntoEdit::HasNote()
     return lx::HasNote(CurrentConcept);
 }
 
+void frmOntoEdit::RefreshNoteImage()
+{
+    setNoteImage(!CurrentConcept.isEmpty() && HasNote());
+}
+
 void frmOntoEdit::setNoteImage(bool hasNote)
 {
     const QString key = hasNote ? QStringLiteral("note-in") : QStringLiteral("note-out");

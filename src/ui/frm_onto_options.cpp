@@ -1,8 +1,10 @@
 #include "ui/frm_onto_options.h"
 
+#include "core/command.h"
 #include "core/interaction.h"
 #include "core/lookups.h"
 #include "core/process.h"
+#include "ontology/edit/links.h"
 #include "ontology/edit/names.h"
 #include "ontology/edit/subsets.h"
 #include "ui/forms.h"
@@ -18,9 +20,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -69,14 +73,22 @@ frmOntoOptions::frmOntoOptions()
     buttons->addStretch();
     buttons->addWidget(cmdOK);
     buttons->addWidget(cmdCancel);
+    StatusBar1 = Named(new QStatusBar(this), QStringLiteral("StatusBar1"));
+    StatusBar1->setSizeGripEnabled(false);
+    ProgressBar1 = Named(new QProgressBar(StatusBar1), QStringLiteral("ProgressBar1"));
+    ProgressBar1->setMaximumWidth(180);
+    ProgressBar1->setValue(0);
+    StatusBar1->addPermanentWidget(ProgressBar1);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tabs);
     layout->addLayout(buttons);
-    resize(520, 440);
+    layout->addWidget(StatusBar1);
+    resize(520, 460);
     connectControls();
 
     fillLanguages();
     FillSubsets();
+    FillLinks();
     showAutoName(Process().OntoMeta.AutoName);
     m_loaded = true;
 }
@@ -194,8 +206,17 @@ QWidget *frmOntoOptions::buildLinksTab()
     auto *tab = new QWidget;
     ListView2 =
         MakeListView(tab, QStringLiteral("ListView2"), {QStringLiteral("Linked Databases")});
-    auto *layout = new QVBoxLayout(tab);
-    layout->addWidget(ListView2);
+    cmdLink = Named(new QPushButton(QStringLiteral("&Assign..."), tab), QStringLiteral("cmdLink"));
+    cmdLink->setToolTip(QStringLiteral("Assign existing database to this ontology"));
+    cmdRelease =
+        Named(new QPushButton(QStringLiteral("&Release"), tab), QStringLiteral("cmdRelease"));
+    auto *side = new QVBoxLayout;
+    side->addWidget(cmdLink);
+    side->addWidget(cmdRelease);
+    side->addStretch();
+    auto *layout = new QHBoxLayout(tab);
+    layout->addWidget(ListView2, 1);
+    layout->addLayout(side);
     return tab;
 }
 
@@ -206,10 +227,16 @@ void frmOntoOptions::connectControls()
     connect(optConvert, &QRadioButton::clicked, this, &frmOntoOptions::optConvert_Click);
     connect(txtNoParents, &QLineEdit::textChanged, this, &frmOntoOptions::txtNoParents_Change);
     connect(UpDown1, &QScrollBar::valueChanged, this, &frmOntoOptions::UpDown1_Change);
-    connect(cmdAdd, &QPushButton::clicked, this, &frmOntoOptions::cmdAdd_Click);
-    connect(cmdActivate, &QPushButton::clicked, this, &frmOntoOptions::cmdActivate_Click);
-    connect(cmdRemove, &QPushButton::clicked, this, &frmOntoOptions::cmdRemove_Click);
-    connect(cmdTransfer, &QPushButton::clicked, this, &frmOntoOptions::cmdTransfer_Click);
+    connect(cmdAdd, &QPushButton::clicked, this, Command(this, &frmOntoOptions::cmdAdd_Click));
+    connect(cmdActivate, &QPushButton::clicked, this,
+            Command(this, &frmOntoOptions::cmdActivate_Click));
+    connect(cmdRemove, &QPushButton::clicked, this,
+            Command(this, &frmOntoOptions::cmdRemove_Click));
+    connect(cmdTransfer, &QPushButton::clicked, this,
+            Command(this, &frmOntoOptions::cmdTransfer_Click));
+    connect(cmdLink, &QPushButton::clicked, this, Command(this, &frmOntoOptions::cmdLink_Click));
+    connect(cmdRelease, &QPushButton::clicked, this,
+            Command(this, &frmOntoOptions::cmdRelease_Click));
     connect(cmdOK, &QPushButton::clicked, this, &frmOntoOptions::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmOntoOptions::cmdCancel_Click);
     for (QTreeWidget *list : {ListView1, lvwLangs}) {
@@ -354,6 +381,69 @@ void frmOntoOptions::cmdTransfer_Click()
     auto &transfer = Forms().Load<frmTransfer>();
     UI().ShowModal(&transfer);
     Forms().Unload(&transfer);
+}
+
+// Whatever happens, the status bar and the progress bar are left clear for the next task.
+void frmOntoOptions::cmdLink_Click()
+{
+    if (!Process().TermPath.isEmpty()) {
+        UI().MsgBox(QStringLiteral("A termbase is open. Close the TermBase Editor and try again."),
+                    msg::Exclamation);
+        return;
+    }
+    FileDialogRequest request;
+    request.filter = QStringLiteral("Lexarbor TermBase Files (*.ltb)|*.ltb|");
+    request.initialDir = TermBasesFolder();
+    const std::optional<QString> path = UI().GetOpenFileName(request);
+    if (!path || path->isEmpty())
+        return;
+    struct ClearProgress {
+        frmOntoOptions *form;
+        ~ClearProgress()
+        {
+            form->StatusBar1->clearMessage();
+            form->ProgressBar1->setValue(0);
+        }
+    } clear{this};
+    AssignProgress progress;
+    progress.status = [this](const QString &stage) { showStage(stage); };
+    progress.count = [this](qint64 done, qint64 total) { showCount(done, total); };
+    if (AssignTermbase(*path, progress))
+        FillLinks();
+}
+
+// The task runs inside this handler, so both bars paint at once rather than when it is over.
+void frmOntoOptions::showStage(const QString &stage)
+{
+    StatusBar1->showMessage(stage);
+    StatusBar1->repaint();
+}
+
+void frmOntoOptions::showCount(qint64 done, qint64 total)
+{
+    const int percent = total > 0 ? int(done * 100 / total) : 100;
+    if (percent == ProgressBar1->value())
+        return;
+    ProgressBar1->setValue(percent);
+    ProgressBar1->repaint();
+}
+
+void frmOntoOptions::cmdRelease_Click()
+{
+    const QTreeWidgetItem *item = ListView2->currentItem();
+    if (!item || !item->isSelected()) {
+        UI().MsgBox(QStringLiteral("Select a database from list first."), msg::Information);
+        return;
+    }
+    ReleaseTermbase(item->text(0));
+    FillLinks();
+}
+
+void frmOntoOptions::FillLinks()
+{
+    ListView2->clear();
+    for (const QString &path : ReadTermBaseLinks())
+        new QTreeWidgetItem(ListView2, {path});
 }
 
 // The default language is always a working one.

@@ -9,9 +9,11 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QProgressBar;
 class QPushButton;
 class QRadioButton;
 class QScrollBar;
+class QStatusBar;
 class QTreeWidget;
 
 namespace lx::ui {
@@ -39,10 +41,14 @@ public:
     void cmdActivate_Click();
     void cmdRemove_Click();
     void cmdTransfer_Click();
+    void cmdLink_Click();
+    void cmdRelease_Click();
     void cmdOK_Click();
     void cmdCancel_Click();
     // All subsets with their counts, the first selected, and the active one's name.
     void FillSubsets();
+    // The linked termbase files.
+    void FillLinks();
 
     // Naming
     QCheckBox *chkNameRestrict, *chkAddNames;
@@ -59,9 +65,13 @@ public:
     QLabel *lblActiveSubset;
     QLineEdit *txtNewSubset;
     QPushButton *cmdAdd, *cmdActivate, *cmdRemove, *cmdTransfer;
-    // Linked databases: their logic comes with the termbase links.
+    // Linked databases
     QTreeWidget *ListView2;
+    QPushButton *cmdLink, *cmdRelease;
     QPushButton *cmdOK, *cmdCancel;
+    // What a long task is doing, and how far it has come.
+    QStatusBar *StatusBar1;
+    QProgressBar *ProgressBar1;
 
 public Q_SLOTS:
     // Escape and the window's close button cancel.
@@ -77,6 +87,8 @@ private:
     void fillLanguages();
     void showAutoName(quint8 autoName);
     QString selectedSubset() const;
+    void showStage(const QString &stage);
+    void showCount(qint64 done, qint64 total);
 
     bool m_loaded = false; // Form_Load is over: clicks come from the user
 };

@@ -1,5 +1,6 @@
 #include "ui/frm_transfer.h"
 
+#include "core/command.h"
 #include "core/interaction.h"
 #include "core/lookups.h"
 #include "ui/named.h"
@@ -55,11 +56,12 @@ frmTransfer::frmTransfer()
     layout->addLayout(buttons);
     resize(440, 460);
 
-    connect(cbxFrom, &QComboBox::currentTextChanged, this, &frmTransfer::cbxFrom_Click);
-    connect(cbxTo, &QComboBox::currentTextChanged, this, &frmTransfer::cbxTo_Click);
+    connect(cbxFrom, &QComboBox::currentTextChanged, this,
+            Command(this, &frmTransfer::cbxFrom_Click));
+    connect(cbxTo, &QComboBox::currentTextChanged, this, Command(this, &frmTransfer::cbxTo_Click));
     connect(cmdAll, &QPushButton::clicked, this, &frmTransfer::cmdAll_Click);
     connect(cmdClear, &QPushButton::clicked, this, &frmTransfer::cmdClear_Click);
-    connect(cmdTranfer, &QPushButton::clicked, this, &frmTransfer::cmdTranfer_Click);
+    connect(cmdTranfer, &QPushButton::clicked, this, Command(this, &frmTransfer::cmdTranfer_Click));
     connect(cmdCancel, &QPushButton::clicked, this, &frmTransfer::cmdCancel_Click);
 
     // Both lists start on the first subset.

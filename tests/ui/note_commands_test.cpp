@@ -81,6 +81,7 @@ TEST_F(NoteCommandsTest, TheCancelTextCannotBeSavedAndDeleteRemovesTheNote)
     EXPECT_EQ(notes(), QStringList{QStringLiteral("keep")});
     noteCommand("cmdDelete", QString(), QStringLiteral("keep"));
     EXPECT_TRUE(notes().isEmpty());
+    EXPECT_EQ(image(), QStringLiteral("note-out"));
 }
 
 TEST_F(NoteCommandsTest, NoConceptNoDialog)
@@ -180,6 +181,10 @@ TEST_F(NoteListTest, DeleteAsksFirstAndTakesEverySelectedNote)
     list->cmdDelete->click();
     EXPECT_EQ(stored(), QStringList{QStringLiteral("ANIMAL")});
     EXPECT_EQ(texts(list->ListView1), QStringList{QStringLiteral("ANIMAL")});
+
+    // The editor shows BIRD, whose note went with the others.
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("BIRD"));
+    EXPECT_EQ(image(), QStringLiteral("note-out"));
 }
 
 } // namespace

@@ -1,12 +1,16 @@
 #include "names_options_fixture.h"
+#include "termbase/store/schema.h"
 #include "ui/frm_onto_options.h"
 #include "ui/frm_transfer.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QStatusBar>
 
 using namespace lx;
 using namespace lx::test;
@@ -271,6 +275,106 @@ TEST_F(OntoOptionsTest, TransferRefusesOneSubsetAndAnEmptySource)
         o.cmdTransfer->click();
         o.cmdOK->click();
     });
+}
+
+} // namespace
+
+namespace {
+
+// --- Linked databases -------------------------------------------------------------------------
+
+class LinkedDatabasesTest : public OntoOptionsTest {
+protected:
+    // A termbase below the program's TermBases folder holding `concepts`.
+    static QString writeTermbase(const QString &title, const QStringList &concepts)
+    {
+        const QString path = TermBasesFolder() + title + QStringLiteral(".ltb");
+        store::Database tb =
+            store::DBEngine::Workspaces(0).CreateDatabase(path, store::dbLangGeneral);
+        BuildTermbaseTables(tb);
+        AddRow(tb, QStringLiteral("MetaData"), {{u"Name", title}});
+        for (const QString &identifier : concepts)
+            AddRow(tb, QStringLiteral("CONCEPTS"), {{u"Concept", identifier}});
+        tb.Close();
+        return path;
+    }
+    QStringList links() { return column(QStringLiteral("SELECT * FROM TermBases"), u"DBName"); }
+};
+
+TEST_F(LinkedDatabasesTest, AssignAddsTheMissingConceptsListsTheLinkAndClearsTheBars)
+{
+    const QString path =
+        writeTermbase(QStringLiteral("zoo"), {QStringLiteral("BIRD"), QStringLiteral("DODO")});
+    options([&](Options &o) {
+        EXPECT_EQ(o.cmdLink->toolTip(),
+                  QStringLiteral("Assign existing database to this ontology"));
+        EXPECT_EQ(o.ListView2->topLevelItemCount(), 0);
+        user.answerOpenFile(path).answerMsgBox(msg::Yes).answerMsgBox(msg::OK);
+        o.cmdLink->click();
+        const auto &calls = user.calls();
+        ASSERT_GE(calls.size(), 3);
+        EXPECT_EQ(calls[calls.size() - 3].request.filter,
+                  QStringLiteral("Lexarbor TermBase Files (*.ltb)|*.ltb|"));
+        EXPECT_EQ(calls[calls.size() - 3].request.initialDir, TermBasesFolder());
+        EXPECT_TRUE(calls[calls.size() - 2].text.startsWith(QStringLiteral("1 concepts used in ")));
+        EXPECT_TRUE(calls.back().text.startsWith(QStringLiteral("3 concepts were added to ")));
+        EXPECT_EQ(texts(o.ListView2), QStringList{path});
+        EXPECT_TRUE(o.StatusBar1->currentMessage().isEmpty());
+        EXPECT_EQ(o.ProgressBar1->value(), 0);
+        o.cmdOK->click();
+    });
+    EXPECT_EQ(links(), QStringList{path});
+}
+
+TEST_F(LinkedDatabasesTest, RefusalAndCancelLinkNothing)
+{
+    const QString path = writeTermbase(QStringLiteral("zoo"), {QStringLiteral("DODO")});
+    options([&](Options &o) {
+        user.answerOpenFile(std::nullopt);
+        o.cmdLink->click();
+        user.answerOpenFile(path).answerMsgBox(msg::No);
+        o.cmdLink->click();
+        EXPECT_EQ(o.ListView2->topLevelItemCount(), 0);
+        o.cmdOK->click();
+    });
+    EXPECT_TRUE(links().isEmpty());
+}
+
+TEST_F(LinkedDatabasesTest, AnOpenTermbaseStopsTheAssignment)
+{
+    Process().TermPath = QStringLiteral("/somewhere/open.ltb");
+    options([&](Options &o) {
+        user.answerMsgBox(msg::OK);
+        o.cmdLink->click();
+        EXPECT_EQ(user.calls().back().text,
+                  QStringLiteral("A termbase is open. Close the TermBase Editor and try again."));
+        EXPECT_EQ(user.calls().back().icon, msg::Exclamation);
+        o.cmdOK->click();
+    });
+    Process().TermPath.clear();
+}
+
+TEST_F(LinkedDatabasesTest, ReleaseNeedsASelectionAndLeavesTheFileAlone)
+{
+    const QString path = writeTermbase(QStringLiteral("zoo"), {});
+    options([&](Options &o) {
+        user.answerOpenFile(path).answerMsgBox(msg::OK);
+        o.cmdLink->click();
+        ASSERT_EQ(texts(o.ListView2), QStringList{path});
+
+        user.answerMsgBox(msg::OK);
+        o.cmdRelease->click();
+        EXPECT_EQ(user.calls().back().text, QStringLiteral("Select a database from list first."));
+        EXPECT_EQ(user.calls().back().icon, msg::Information);
+        EXPECT_EQ(texts(o.ListView2), QStringList{path});
+
+        o.ListView2->setCurrentItem(o.ListView2->topLevelItem(0));
+        o.cmdRelease->click();
+        EXPECT_EQ(o.ListView2->topLevelItemCount(), 0);
+        o.cmdOK->click();
+    });
+    EXPECT_TRUE(links().isEmpty());
+    EXPECT_EQ(MetaDataField(path, u"Ontology").toString(), Process().OntoPath);
 }
 
 } // namespace

@@ -97,44 +97,78 @@ bool PropagateConceptToTermBases(const QString &newId, const QString &oldId, int
     return true;
 }
 
-bool AssignTermbase(const QString &path, const std::function<void(const QString &)> &status)
+namespace {
+
+// Tells the progress of a stage now and then: a bar doesn't need every row.
+class StageCounter {
+public:
+    StageCounter(const AssignProgress &progress, qint64 total)
+        : m_progress(progress), m_total(total)
+    {
+        m_progress.count(0, m_total);
+    }
+    void step()
+    {
+        if (++m_done % 512 == 0)
+            m_progress.count(m_done, m_total);
+    }
+    ~StageCounter() { m_progress.count(m_done, m_total); }
+
+    StageCounter(const StageCounter &) = delete;
+    StageCounter &operator=(const StageCounter &) = delete;
+
+private:
+    const AssignProgress &m_progress;
+    qint64 m_total;
+    qint64 m_done = 0;
+};
+
+// The termbase's concepts that no concept of the ontology matches, in the termbase's order.
+QStringList UnmatchedConcepts(Recordset &tbConcepts, Recordset &ontoConcepts,
+                              const AssignProgress &progress)
 {
-    ProcessState &p = Process();
-    Database termbase = DBEngine::OpenDatabase(path);
-    Recordset tbConcepts = termbase.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
-    tbConcepts.SetIndex(QStringLiteral("Concept"));
-    Recordset ontoConcepts =
-        p.OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM CONCEPTS"), dbOpenDynaset);
-    status(QStringLiteral("Checking consistency..."));
+    const QString &quote = Process().Quote;
     QStringList unmatched;
+    StageCounter counter(progress, tbConcepts.RecordCount());
     if (tbConcepts.RecordCount() > 0)
         tbConcepts.MoveFirst();
     for (; !tbConcepts.Eof(); tbConcepts.MoveNext()) {
         const QString identifier = tbConcepts.Value(u"Concept").toString();
-        ontoConcepts.FindFirst(QStringLiteral("Concept = ") + p.Quote + identifier + p.Quote);
+        ontoConcepts.FindFirst(QStringLiteral("Concept = ") + quote + identifier + quote);
         if (ontoConcepts.NoMatch())
             unmatched.append(identifier);
+        counter.step();
     }
-    if (!unmatched.isEmpty()) {
-        if (UI().MsgBox(QString::number(unmatched.size()) + QStringLiteral(" concepts used in ") +
-                            path + QStringLiteral(" didn't match any concept in ") + p.OntoPath +
-                            QStringLiteral(". If you proceed these concepts will be deleted "
-                                           "from your termbase."),
-                        msg::YesNo) == msg::No) {
-            ontoConcepts.Close();
-            tbConcepts.Close();
-            termbase.Close();
-            return false;
-        }
-        status(QStringLiteral("Deleting unmatched..."));
-        for (const QString &identifier : std::as_const(unmatched)) {
-            tbConcepts.Seek(u"=", identifier);
-            if (!tbConcepts.NoMatch())
-                tbConcepts.Delete();
-        }
+    return unmatched;
+}
+
+bool ConfirmDeletingUnmatched(qsizetype count, const QString &path)
+{
+    return UI().MsgBox(QString::number(count) + QStringLiteral(" concepts used in ") + path +
+                           QStringLiteral(" didn't match any concept in ") + Process().OntoPath +
+                           QStringLiteral(". If you proceed these concepts will be deleted "
+                                          "from your termbase."),
+                       msg::YesNo) != msg::No;
+}
+
+void DeleteUnmatched(Recordset &tbConcepts, const QStringList &unmatched,
+                     const AssignProgress &progress)
+{
+    StageCounter counter(progress, unmatched.size());
+    for (const QString &identifier : unmatched) {
+        tbConcepts.Seek(u"=", identifier);
+        if (!tbConcepts.NoMatch())
+            tbConcepts.Delete();
+        counter.step();
     }
-    status(QStringLiteral("Adding concepts..."));
+}
+
+// Adds to the termbase every concept of the ontology it lacks; returns how many.
+long AddMissingConcepts(Recordset &tbConcepts, Recordset &ontoConcepts,
+                        const AssignProgress &progress)
+{
     long added = 0;
+    StageCounter counter(progress, ontoConcepts.RecordCount());
     if (ontoConcepts.RecordCount() > 0)
         ontoConcepts.MoveFirst();
     for (; !ontoConcepts.Eof(); ontoConcepts.MoveNext()) {
@@ -146,19 +180,57 @@ bool AssignTermbase(const QString &path, const std::function<void(const QString 
             tbConcepts.Update();
             ++added;
         }
+        counter.step();
     }
+    return added;
+}
+
+void MarkWorkingOntology(Database &termbase)
+{
     Recordset meta = termbase.OpenRecordset(QStringLiteral("MetaData"), dbOpenTable);
     meta.MoveFirst();
     meta.Edit();
     meta.Collect(u"Modified", QDateTime::currentDateTime());
-    meta.Collect(u"Ontology", p.OntoPath);
+    meta.Collect(u"Ontology", Process().OntoPath);
     meta.Update();
     meta.Close();
-    Recordset links = p.OntoDB.OpenRecordset(QStringLiteral("TermBases"), dbOpenTable);
+}
+
+void AddLink(const QString &path)
+{
+    Recordset links = Process().OntoDB.OpenRecordset(QStringLiteral("TermBases"), dbOpenTable);
     links.AddNew();
     links.Collect(u"DBName", path);
     links.Update();
     links.Close();
+}
+
+} // namespace
+
+bool AssignTermbase(const QString &path, const AssignProgress &progress)
+{
+    ProcessState &p = Process();
+    Database termbase = DBEngine::OpenDatabase(path);
+    Recordset tbConcepts = termbase.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    tbConcepts.SetIndex(QStringLiteral("Concept"));
+    Recordset ontoConcepts =
+        p.OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM CONCEPTS"), dbOpenDynaset);
+    progress.status(QStringLiteral("Checking consistency..."));
+    const QStringList unmatched = UnmatchedConcepts(tbConcepts, ontoConcepts, progress);
+    if (!unmatched.isEmpty()) {
+        if (!ConfirmDeletingUnmatched(unmatched.size(), path)) {
+            ontoConcepts.Close();
+            tbConcepts.Close();
+            termbase.Close();
+            return false;
+        }
+        progress.status(QStringLiteral("Deleting unmatched..."));
+        DeleteUnmatched(tbConcepts, unmatched, progress);
+    }
+    progress.status(QStringLiteral("Adding concepts..."));
+    const long added = AddMissingConcepts(tbConcepts, ontoConcepts, progress);
+    MarkWorkingOntology(termbase);
+    AddLink(path);
     ontoConcepts.Close();
     tbConcepts.Close();
     termbase.Close();
@@ -168,6 +240,16 @@ bool AssignTermbase(const QString &path, const std::function<void(const QString 
                         QStringLiteral("consistent with ") + p.OntoPath + QStringLiteral("."),
                     msg::Information);
     return true;
+}
+
+QStringList ReadTermBaseLinks()
+{
+    QStringList paths;
+    Recordset links = Process().OntoDB.OpenRecordset(QStringLiteral("TermBases"), dbOpenTable);
+    for (; !links.Eof(); links.MoveNext())
+        paths.append(links.Value(u"DBName").toString());
+    links.Close();
+    return paths;
 }
 
 void ReleaseTermbase(const QString &path)

@@ -142,8 +142,13 @@ protected:
         tb.Close();
         return ontology;
     }
+    // Each stage with the count it reached last, as "stage done/total".
     QStringList stages;
-    std::function<void(const QString &)> status = [this](const QString &s) { stages.append(s); };
+    AssignProgress status{[this](const QString &stage) { stages.append(stage); },
+                          [this](qint64 done, qint64 total) {
+                              stages.last() = stages.last().section(QLatin1Char(' '), 0, 1) +
+                                              QStringLiteral(" %1/%2").arg(done).arg(total);
+                          }};
 };
 
 TEST_F(AssignTest, ReleaseDropsTheLinkAndLeavesTheFile)
@@ -177,9 +182,9 @@ TEST_F(AssignTest, AcceptingMakesTheTermbaseAgreeAndLinksIt)
     EXPECT_EQ(user.calls()[1].text, QStringLiteral("2 concepts were added to ") + paths[0] +
                                         QStringLiteral(" in order to make it consistent with ") +
                                         Process().OntoPath + QStringLiteral("."));
-    EXPECT_EQ(stages, (QStringList{QStringLiteral("Checking consistency..."),
-                                   QStringLiteral("Deleting unmatched..."),
-                                   QStringLiteral("Adding concepts...")}));
+    EXPECT_EQ(stages, (QStringList{QStringLiteral("Checking consistency... 2/2"),
+                                   QStringLiteral("Deleting unmatched... 1/1"),
+                                   QStringLiteral("Adding concepts... 3/3")}));
     EXPECT_EQ(links(), (QStringList{paths[1], paths[0]}));
     EXPECT_EQ(ontologyOf(paths[0]), Process().OntoPath);
 }
