@@ -78,6 +78,7 @@ frmOntoOptions::frmOntoOptions()
     ProgressBar1 = Named(new QProgressBar(StatusBar1), QStringLiteral("ProgressBar1"));
     ProgressBar1->setMaximumWidth(180);
     ProgressBar1->setValue(0);
+    ProgressBar1->hide(); // shown while a task counts
     StatusBar1->addPermanentWidget(ProgressBar1);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tabs);
@@ -403,6 +404,7 @@ void frmOntoOptions::cmdLink_Click()
         {
             form->StatusBar1->clearMessage();
             form->ProgressBar1->setValue(0);
+            form->ProgressBar1->hide();
         }
     } clear{this};
     AssignProgress progress;
@@ -422,8 +424,9 @@ void frmOntoOptions::showStage(const QString &stage)
 void frmOntoOptions::showCount(qint64 done, qint64 total)
 {
     const int percent = total > 0 ? int(done * 100 / total) : 100;
-    if (percent == ProgressBar1->value())
+    if (percent == ProgressBar1->value() && ProgressBar1->isVisible())
         return;
+    ProgressBar1->show();
     ProgressBar1->setValue(percent);
     ProgressBar1->repaint();
 }
