@@ -14,6 +14,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -414,19 +415,20 @@ void frmOntoOptions::cmdLink_Click()
         FillLinks();
 }
 
-// The task runs inside this handler, so both bars paint at once rather than when it is over.
+// The task runs inside this handler: the bars are laid out and painted now, not when it is
+// over. Input waits, so nothing else starts meanwhile.
 void frmOntoOptions::showStage(const QString &stage)
 {
+    ProgressBar1->show();
     StatusBar1->showMessage(stage);
-    StatusBar1->repaint();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void frmOntoOptions::showCount(qint64 done, qint64 total)
 {
     const int percent = total > 0 ? int(done * 100 / total) : 100;
-    if (percent == ProgressBar1->value() && ProgressBar1->isVisible())
+    if (percent == ProgressBar1->value())
         return;
-    ProgressBar1->show();
     ProgressBar1->setValue(percent);
     ProgressBar1->repaint();
 }
