@@ -26,13 +26,18 @@ int collate(void *, int la, const void *a, int lb, const void *b)
                              std::string_view(static_cast<const char *>(b), size_t(lb)));
 }
 
-void check(int rc, sqlite3 *db)
+} // namespace
+
+void Check(int rc, sqlite3 *db)
 {
     if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
         throw std::runtime_error(sqlite3_errmsg(db));
 }
 
-} // namespace
+void Exec(sqlite3 *db, const std::string &sql)
+{
+    Check(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), db);
+}
 
 std::string GeneratedIdentifier(int i)
 {
@@ -71,9 +76,9 @@ QString FreshOntologyFile()
 sqlite3 *OpenRaw(const QString &path)
 {
     sqlite3 *db = nullptr;
-    check(sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr), db);
+    Check(sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr), db);
     sqlite3_create_collation(db, "LX", SQLITE_UTF8, nullptr, collate);
-    check(sqlite3_exec(
+    Check(sqlite3_exec(
               db, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON;",
               nullptr, nullptr, nullptr),
           db);
@@ -85,9 +90,9 @@ const QString &ConceptsFile()
     static const QString path = [] {
         const QString p = FreshOntologyFile();
         sqlite3 *db = OpenRaw(p);
-        check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db);
+        Exec(db, "BEGIN");
         sqlite3_stmt *stmt = nullptr;
-        check(sqlite3_prepare_v2(db,
+        Check(sqlite3_prepare_v2(db,
                                  "INSERT INTO CONCEPTS (Concept, Definition, Type, Subset_ID) "
                                  "VALUES (?, ?, 1, NULL)",
                                  -1, &stmt, nullptr),
@@ -99,11 +104,11 @@ const QString &ConceptsFile()
                 i == kConcepts - 1 ? std::string("XYLOPHONE-LAST") : GeneratedIdentifier(i);
             sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
             sqlite3_bind_text(stmt, 2, definition.data(), int(definition.size()), SQLITE_STATIC);
-            check(sqlite3_step(stmt), db);
+            Check(sqlite3_step(stmt), db);
             sqlite3_reset(stmt);
         }
         sqlite3_finalize(stmt);
-        check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db);
+        Exec(db, "COMMIT");
         sqlite3_close(db);
         return p;
     }();

@@ -24,4 +24,9 @@ sqlite3 *OpenRaw(const QString &path);
 
 std::string GeneratedIdentifier(int i);
 
+// Throws with SQLite's message unless `rc` is a success code.
+void Check(int rc, sqlite3 *db);
+// Runs `sql`, throwing on failure.
+void Exec(sqlite3 *db, const std::string &sql);
+
 } // namespace lx::bench

@@ -15,12 +15,6 @@ namespace lx::bench {
 
 namespace {
 
-void check(int rc, sqlite3 *db)
-{
-    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
-        throw std::runtime_error(sqlite3_errmsg(db));
-}
-
 struct Hierarchy {
     QString path;
     QString deep;
@@ -75,9 +69,9 @@ Hierarchy build()
     BuildOntologyTables(file);
     file.Close();
     sqlite3 *db = OpenRaw(path);
-    check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db);
+    Exec(db, "BEGIN");
     sqlite3_stmt *insertConcept = nullptr;
-    check(sqlite3_prepare_v2(db,
+    Check(sqlite3_prepare_v2(db,
                              "INSERT INTO CONCEPTS (Concept, Definition, Type, Subset_ID) "
                              "VALUES (?, 'A generated insertConcept.', ?, NULL)",
                              -1, &insertConcept, nullptr),
@@ -86,12 +80,12 @@ Hierarchy build()
         const std::string id = identifier(i);
         sqlite3_bind_text(insertConcept, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
         sqlite3_bind_int(insertConcept, 2, i == 0 ? 100 : 1);
-        check(sqlite3_step(insertConcept), db);
+        Check(sqlite3_step(insertConcept), db);
         sqlite3_reset(insertConcept);
     }
     sqlite3_finalize(insertConcept);
     sqlite3_stmt *insertLink = nullptr;
-    check(sqlite3_prepare_v2(db, "INSERT INTO ISA (Concept, ISA) VALUES (?, ?)", -1, &insertLink,
+    Check(sqlite3_prepare_v2(db, "INSERT INTO ISA (Concept, ISA) VALUES (?, ?)", -1, &insertLink,
                              nullptr),
           db);
     for (const auto &[child, parent] : links) {
@@ -99,11 +93,11 @@ Hierarchy build()
         const std::string p = identifier(parent);
         sqlite3_bind_text(insertLink, 1, c.data(), int(c.size()), SQLITE_TRANSIENT);
         sqlite3_bind_text(insertLink, 2, p.data(), int(p.size()), SQLITE_TRANSIENT);
-        check(sqlite3_step(insertLink), db);
+        Check(sqlite3_step(insertLink), db);
         sqlite3_reset(insertLink);
     }
     sqlite3_finalize(insertLink);
-    check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db);
+    Exec(db, "COMMIT");
     sqlite3_close(db);
     return {path, QString::fromStdString(identifier(deep))};
 }

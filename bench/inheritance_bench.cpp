@@ -19,26 +19,16 @@ using namespace lx;
 
 namespace {
 
-void check(int rc, sqlite3 *db)
-{
-    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
-        throw std::runtime_error(sqlite3_errmsg(db));
-}
-
-void exec(sqlite3 *db, const std::string &sql)
-{
-    check(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), db);
-}
-
 std::vector<std::string> ancestorsOf(sqlite3 *db, const std::string &concept_)
 {
     sqlite3_stmt *stmt = nullptr;
-    check(sqlite3_prepare_v2(db,
-                             "WITH RECURSIVE a(c) AS (SELECT ISA FROM ISA WHERE Concept = ?1 "
-                             "UNION SELECT ISA.ISA FROM ISA JOIN a ON ISA.Concept = a.c) "
-                             "SELECT c FROM a WHERE c <> 'ALL'",
-                             -1, &stmt, nullptr),
-          db);
+    bench::Check(
+        sqlite3_prepare_v2(db,
+                           "WITH RECURSIVE a(c) AS (SELECT ISA FROM ISA WHERE Concept = ?1 "
+                           "UNION SELECT ISA.ISA FROM ISA JOIN a ON ISA.Concept = a.c) "
+                           "SELECT c FROM a WHERE c <> 'ALL'",
+                           -1, &stmt, nullptr),
+        db);
     sqlite3_bind_text(stmt, 1, concept_.c_str(), -1, SQLITE_TRANSIENT);
     std::vector<std::string> found;
     while (sqlite3_step(stmt) == SQLITE_ROW)
@@ -61,13 +51,13 @@ QString SlottedHierarchy(int perAncestor)
         if (!QFile::copy(bench::HierarchyFile(), copy))
             throw std::runtime_error("cannot copy the hierarchy");
         sqlite3 *db = bench::OpenRaw(copy);
-        exec(db, "BEGIN");
+        bench::Exec(db, "BEGIN");
         for (int i = 0; i < 8; ++i) {
-            exec(db, "INSERT INTO CONCEPTS (Concept, Type) VALUES ('BENCH-REL-" +
-                         std::to_string(i) + "', 4), ('BENCH-ATTR-" + std::to_string(i) +
-                         "', 3), ('BENCH-FILLER-" + std::to_string(i) + "', 1)");
+            bench::Exec(db, "INSERT INTO CONCEPTS (Concept, Type) VALUES ('BENCH-REL-" +
+                                std::to_string(i) + "', 4), ('BENCH-ATTR-" + std::to_string(i) +
+                                "', 3), ('BENCH-FILLER-" + std::to_string(i) + "', 1)");
         }
-        exec(db, "INSERT OR IGNORE INTO CONCEPTS (Concept, Type) VALUES ('*NOTHING*', 1)");
+        bench::Exec(db, "INSERT OR IGNORE INTO CONCEPTS (Concept, Type) VALUES ('*NOTHING*', 1)");
         const std::string deep = bench::DeepConcept().toStdString();
         int n = 0;
         for (const std::string &ancestor : ancestorsOf(db, deep)) {
@@ -76,20 +66,22 @@ QString SlottedHierarchy(int perAncestor)
                 const std::string isDefault = n % 5 == 0 ? "-1" : "0";
                 const std::string filler =
                     n % 11 == 0 ? "*NOTHING*" : "BENCH-FILLER-" + std::to_string(n % 8);
-                exec(db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" +
-                             ancestor + "', 'BENCH-REL-" + which + "', " + isDefault + ", '" +
-                             filler + "')");
-                exec(db, "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) "
-                         "VALUES ('" +
-                             ancestor + "', 'BENCH-ATTR-" + which + "', " + isDefault +
-                             ", 'value " + std::to_string(n % 13) + "')");
+                bench::Exec(
+                    db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" +
+                            ancestor + "', 'BENCH-REL-" + which + "', " + isDefault + ", '" +
+                            filler + "')");
+                bench::Exec(db, "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) "
+                                "VALUES ('" +
+                                    ancestor + "', 'BENCH-ATTR-" + which + "', " + isDefault +
+                                    ", 'value " + std::to_string(n % 13) + "')");
             }
         }
-        exec(db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" + deep +
-                     "', 'BENCH-REL-1', 0, 'BENCH-FILLER-1')");
-        exec(db, "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) VALUES ('" +
-                     deep + "', 'BENCH-ATTR-2', 0, '*NOTHING*')");
-        exec(db, "COMMIT");
+        bench::Exec(db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" +
+                            deep + "', 'BENCH-REL-1', 0, 'BENCH-FILLER-1')");
+        bench::Exec(db,
+                    "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) VALUES ('" +
+                        deep + "', 'BENCH-ATTR-2', 0, '*NOTHING*')");
+        bench::Exec(db, "COMMIT");
         sqlite3_close(db);
         path = copy;
     }

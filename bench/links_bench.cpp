@@ -20,12 +20,6 @@ using namespace lx;
 
 namespace {
 
-void check(int rc, sqlite3 *db)
-{
-    if (rc != SQLITE_OK && rc != SQLITE_DONE && rc != SQLITE_ROW)
-        throw std::runtime_error(sqlite3_errmsg(db));
-}
-
 QString BesideConcepts(const QString &name)
 {
     return QFileInfo(bench::ConceptsFile()).dir().filePath(name);
@@ -46,20 +40,20 @@ const QString &TermbaseTemplate()
         meta.Close();
         tb.Close();
         sqlite3 *db = bench::OpenRaw(p);
-        check(sqlite3_exec(db, "BEGIN", nullptr, nullptr, nullptr), db);
+        bench::Exec(db, "BEGIN");
         sqlite3_stmt *stmt = nullptr;
-        check(
+        bench::Check(
             sqlite3_prepare_v2(db, "INSERT INTO CONCEPTS (Concept) VALUES (?)", -1, &stmt, nullptr),
             db);
         for (int i = 0; i < bench::kConcepts - 1; ++i) {
             const std::string id =
                 i % 100 == 50 ? "TB-ONLY-" + std::to_string(i) : bench::GeneratedIdentifier(i);
             sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
-            check(sqlite3_step(stmt), db);
+            bench::Check(sqlite3_step(stmt), db);
             sqlite3_reset(stmt);
         }
         sqlite3_finalize(stmt);
-        check(sqlite3_exec(db, "COMMIT", nullptr, nullptr, nullptr), db);
+        bench::Exec(db, "COMMIT");
         sqlite3_close(db);
         return p;
     }();
@@ -122,20 +116,21 @@ void BM_RawAssignTermbase100k(benchmark::State &state)
         sqlite3 *tb = bench::OpenRaw(files.termbase);
         sqlite3_stmt *inOnto = nullptr, *tbAll = nullptr, *ontoAll = nullptr, *inTb = nullptr,
                      *del = nullptr, *add = nullptr;
-        check(sqlite3_prepare_v2(onto, "SELECT 1 FROM CONCEPTS WHERE Concept = ?", -1, &inOnto,
-                                 nullptr),
-              onto);
-        check(sqlite3_prepare_v2(onto, "SELECT Concept FROM CONCEPTS", -1, &ontoAll, nullptr),
-              onto);
-        check(sqlite3_prepare_v2(tb, "SELECT Concept FROM CONCEPTS ORDER BY Concept", -1, &tbAll,
-                                 nullptr),
-              tb);
-        check(
+        bench::Check(sqlite3_prepare_v2(onto, "SELECT 1 FROM CONCEPTS WHERE Concept = ?", -1,
+                                        &inOnto, nullptr),
+                     onto);
+        bench::Check(
+            sqlite3_prepare_v2(onto, "SELECT Concept FROM CONCEPTS", -1, &ontoAll, nullptr), onto);
+        bench::Check(sqlite3_prepare_v2(tb, "SELECT Concept FROM CONCEPTS ORDER BY Concept", -1,
+                                        &tbAll, nullptr),
+                     tb);
+        bench::Check(
             sqlite3_prepare_v2(tb, "SELECT 1 FROM CONCEPTS WHERE Concept = ?", -1, &inTb, nullptr),
             tb);
-        check(sqlite3_prepare_v2(tb, "DELETE FROM CONCEPTS WHERE Concept = ?", -1, &del, nullptr),
-              tb);
-        check(
+        bench::Check(
+            sqlite3_prepare_v2(tb, "DELETE FROM CONCEPTS WHERE Concept = ?", -1, &del, nullptr),
+            tb);
+        bench::Check(
             sqlite3_prepare_v2(tb, "INSERT INTO CONCEPTS (Concept) VALUES (?)", -1, &add, nullptr),
             tb);
         std::vector<std::string> unmatched;
@@ -148,7 +143,7 @@ void BM_RawAssignTermbase100k(benchmark::State &state)
         }
         for (const std::string &id : unmatched) {
             sqlite3_bind_text(del, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
-            check(sqlite3_step(del), tb);
+            bench::Check(sqlite3_step(del), tb);
             sqlite3_reset(del);
         }
         while (sqlite3_step(ontoAll) == SQLITE_ROW) {
@@ -158,7 +153,7 @@ void BM_RawAssignTermbase100k(benchmark::State &state)
             sqlite3_reset(inTb);
             if (!present) {
                 sqlite3_bind_text(add, 1, id, -1, SQLITE_TRANSIENT);
-                check(sqlite3_step(add), tb);
+                bench::Check(sqlite3_step(add), tb);
                 sqlite3_reset(add);
             }
         }

@@ -24,12 +24,6 @@ using namespace lx;
 
 namespace {
 
-void exec(sqlite3 *db, const std::string &sql)
-{
-    if (sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        throw std::runtime_error(sqlite3_errmsg(db));
-}
-
 // The hierarchy with what an open needs (MetaData, a subset, a language) and, on the deep
 // concept, names, slots and a note, so that its view has something in every list.
 const QString &ViewFile()
@@ -42,17 +36,19 @@ const QString &ViewFile()
             throw std::runtime_error("cannot copy the hierarchy");
         sqlite3 *db = bench::OpenRaw(copy);
         const std::string deep = bench::DeepConcept().toStdString();
-        exec(db, "BEGIN");
-        exec(db, "INSERT INTO Subsets (Subset_ID, Subset) VALUES (1, 'General')");
-        exec(db, "INSERT INTO Languages (Lang_ID, Language, Show) VALUES ('en', 'English', -1), "
-                 "('fr', 'French', -1)");
-        exec(db, "INSERT INTO NAMES (Concept, Lang_ID, Name) VALUES ('" + deep +
-                     "', 'en', 'deep one'), ('" + deep + "', 'fr', 'profond')");
-        exec(db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" + deep +
-                     "', 'ALL', 0, 'ALL')");
-        exec(db, "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) VALUES ('" +
-                     deep + "', 'ALL', -1, 'some value')");
-        exec(db, "COMMIT");
+        bench::Exec(db, "BEGIN");
+        bench::Exec(db, "INSERT INTO Subsets (Subset_ID, Subset) VALUES (1, 'General')");
+        bench::Exec(db,
+                    "INSERT INTO Languages (Lang_ID, Language, Show) VALUES ('en', 'English', -1), "
+                    "('fr', 'French', -1)");
+        bench::Exec(db, "INSERT INTO NAMES (Concept, Lang_ID, Name) VALUES ('" + deep +
+                            "', 'en', 'deep one'), ('" + deep + "', 'fr', 'profond')");
+        bench::Exec(db, "INSERT INTO RELATIONS (Concept1, Rel, \"Default\", Concept2) VALUES ('" +
+                            deep + "', 'ALL', 0, 'ALL')");
+        bench::Exec(db,
+                    "INSERT INTO ATTRIBUTES (Concept, Attribute, \"Default\", Value) VALUES ('" +
+                        deep + "', 'ALL', -1, 'some value')");
+        bench::Exec(db, "COMMIT");
         sqlite3_close(db);
         // Dates go in through the store, in its own form.
         store::Database file = store::DBEngine::OpenDatabase(copy);
