@@ -151,14 +151,6 @@ protected:
                           }};
 };
 
-TEST_F(AssignTest, ReleaseDropsTheLinkAndLeavesTheFile)
-{
-    EXPECT_EQ(links(), QStringList{paths[1]});
-    ReleaseTermbase(paths[1]);
-    EXPECT_TRUE(links().isEmpty());
-    EXPECT_EQ(concepts(paths[1]), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("TREE")}));
-}
-
 TEST_F(AssignTest, RefusingTheDeletionLeavesBothFilesAndNoLink)
 {
     user.answerMsgBox(msg::No);

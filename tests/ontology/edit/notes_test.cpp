@@ -37,65 +37,52 @@ protected:
                {{u"Concept", identifier}, {u"Note", text}, {u"Date", date}});
     }
 
+    QDate dateOf(const QString &identifier)
+    {
+        lx::store::Recordset rs = db.OpenRecordset(
+            QStringLiteral("SELECT * FROM Notes WHERE Concept = '%1'").arg(identifier),
+            lx::store::dbOpenSnapshot);
+        return rs.Eof() ? QDate() : rs.Value(u"Date").toDateTime().date();
+    }
+
     QString shownCaption, shownText;
     int shown = 0;
 };
 
 // --- The note of a concept ------------------------------------------------------------------
 
-TEST_F(NotesTest, EmptyIdentifierShowsNothing)
+TEST_F(NotesTest, NewNoteIsAddedWithTodaysDateUnlessCancelled)
 {
     EXPECT_EQ(EditNote(QString(), answering(QStringLiteral("x"))), NoteOutcome::Unchanged);
-    EXPECT_EQ(shown, 0);
+    EXPECT_EQ(shown, 0) << "no concept, no box";
+    EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(NoteCancelText)), NoteOutcome::Unchanged);
+    EXPECT_EQ(shown, 1);
     EXPECT_TRUE(notes().isEmpty());
-}
 
-TEST_F(NotesTest, NewNoteIsAddedWithTodaysDate)
-{
     EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(QStringLiteral("check the roof"))),
               NoteOutcome::Added);
     EXPECT_EQ(shownCaption, QStringLiteral("Note - HOUSE"));
     EXPECT_EQ(shownText, QString());
-    EXPECT_EQ(notes(), QStringList{QStringLiteral("check the roof")});
-    EXPECT_EQ(notes(u"Concept"), QStringList{QStringLiteral("HOUSE")});
-    lx::store::Recordset rs =
-        db.OpenRecordset(QStringLiteral("SELECT * FROM Notes"), lx::store::dbOpenSnapshot);
-    EXPECT_EQ(rs.Value(u"Date").toDateTime().date(), QDate::currentDate());
+    // Delete on a concept without a note writes an empty one.
+    EXPECT_EQ(EditNote(QStringLiteral("TREE"), answering(QString())), NoteOutcome::Added);
+    EXPECT_EQ(notes(u"Concept"), (QStringList{QStringLiteral("HOUSE"), QStringLiteral("TREE")}));
+    EXPECT_EQ(notes(), (QStringList{QStringLiteral("check the roof"), QString()}));
+    EXPECT_EQ(dateOf(QStringLiteral("HOUSE")), QDate::currentDate());
 }
 
-TEST_F(NotesTest, CancellingNewNoteWritesNothing)
-{
-    EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(NoteCancelText)), NoteOutcome::Unchanged);
-    EXPECT_EQ(shown, 1);
-    EXPECT_TRUE(notes().isEmpty());
-}
-
-TEST_F(NotesTest, DeleteOnConceptWithoutNoteWritesEmptyNote)
-{
-    EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(QString())), NoteOutcome::Added);
-    EXPECT_EQ(notes(u"Concept"), QStringList{QStringLiteral("HOUSE")});
-    EXPECT_EQ(notes(), QStringList{QString()});
-}
-
-TEST_F(NotesTest, ExistingNoteStartsTheBoxAndTakesNewTextAndDate)
+TEST_F(NotesTest, ExistingNoteIsShownAndKeptSavedOrDeleted)
 {
     addNote(QStringLiteral("HOUSE"), QStringLiteral("old"), QDateTime(QDate(2001, 2, 3), {}));
     addNote(QStringLiteral("TREE"), QStringLiteral("other"));
+    EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(NoteCancelText)), NoteOutcome::Unchanged);
+    EXPECT_EQ(shownText, QStringLiteral("old"));
+    EXPECT_EQ(dateOf(QStringLiteral("HOUSE")), QDate(2001, 2, 3));
+
     EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(QStringLiteral("new"))),
               NoteOutcome::Saved);
-    EXPECT_EQ(shownText, QStringLiteral("old"));
     EXPECT_EQ((QStringList{QStringLiteral("new"), QStringLiteral("other")}), notes());
-    lx::store::Recordset rs = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM Notes WHERE Concept = 'HOUSE'"), lx::store::dbOpenSnapshot);
-    EXPECT_EQ(rs.Value(u"Date").toDateTime().date(), QDate::currentDate());
-}
+    EXPECT_EQ(dateOf(QStringLiteral("HOUSE")), QDate::currentDate());
 
-TEST_F(NotesTest, ExistingNoteKeptOnCancelAndDeletedWhenEmptied)
-{
-    addNote(QStringLiteral("HOUSE"), QStringLiteral("old"));
-    addNote(QStringLiteral("TREE"), QStringLiteral("other"));
-    EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(NoteCancelText)), NoteOutcome::Unchanged);
-    EXPECT_EQ((QStringList{QStringLiteral("old"), QStringLiteral("other")}), notes());
     EXPECT_EQ(EditNote(QStringLiteral("HOUSE"), answering(QString())), NoteOutcome::Deleted);
     EXPECT_EQ(notes(u"Concept"), QStringList{QStringLiteral("TREE")});
 }
@@ -116,28 +103,6 @@ TEST_F(NotesTest, ListHasEveryNoteInConceptOrderWithNullsKept)
     EXPECT_EQ(rows[2].Concept, QStringLiteral("TREE"));
     EXPECT_EQ(rows[2].Note.toString(), QStringLiteral("t"));
     EXPECT_EQ(rows[2].Date.toDateTime().date(), QDate(2020, 1, 1));
-}
-
-TEST_F(NotesTest, DeleteSeveralNotesLeavesTheOthers)
-{
-    addNote(QStringLiteral("TREE"), QStringLiteral("t"));
-    addNote(QStringLiteral("ANIMAL"), QStringLiteral("a"));
-    addNote(QStringLiteral("HOUSE"), QStringLiteral("h"));
-    DeleteNotes({QStringLiteral("TREE"), QStringLiteral("ANIMAL"), QStringLiteral("GONE")});
-    EXPECT_EQ(notes(u"Concept"), QStringList{QStringLiteral("HOUSE")});
-}
-
-TEST_F(NotesTest, DeletingTheConceptTakesItsNote)
-{
-    addNote(QStringLiteral("HOUSE"), QStringLiteral("h"));
-    addNote(QStringLiteral("TREE"), QStringLiteral("t"));
-    lx::store::Recordset rs = db.OpenRecordset(QStringLiteral("CONCEPTS"), lx::store::dbOpenTable);
-    rs.SetIndex(QStringLiteral("Concept"));
-    rs.Seek(u"=", QStringLiteral("HOUSE"));
-    ASSERT_FALSE(rs.NoMatch());
-    rs.Delete();
-    rs.Close();
-    EXPECT_EQ(notes(u"Concept"), QStringList{QStringLiteral("TREE")});
 }
 
 } // namespace
