@@ -25,20 +25,4 @@ TEST(SignalLabel, RunsTheReceiverOncePerChange)
     EXPECT_EQ(label.caption(), QStringLiteral("Concept"));
 }
 
-TEST(SignalLabel, EmptyStringFirstResendsTheSameValue)
-{
-    lx::SignalLabel label;
-    Receiver receiver;
-    receiver.attach(label);
-
-    // The protocol of a sender that may repeat itself: blank, then the value.
-    for (int i = 0; i < 2; ++i) {
-        label.setCaption(QString());
-        label.setCaption(QStringLiteral("1OBJECT"));
-    }
-    // The first blank is no change from the initial empty caption.
-    EXPECT_EQ(receiver.received,
-              (QStringList{QStringLiteral("1OBJECT"), QString(), QStringLiteral("1OBJECT")}));
-}
-
 } // namespace
