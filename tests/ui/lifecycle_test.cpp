@@ -18,6 +18,7 @@ namespace {
 
 using lx::Process;
 using lx::test::SampleMeta;
+using lx::test::VisibleMenus;
 using lx::ui::Forms;
 using lx::ui::frmOntoEdit;
 using lx::ui::frmProperties;
@@ -62,7 +63,7 @@ TEST_F(LifecycleTest, NewAsksForAFileAndItsPropertiesThenOpensIt)
     EXPECT_EQ(Process().OntoFolder, lx::OntologiesFolder());
     EXPECT_TRUE(Process().OntoDB.isOpen());
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Ontology Editor - Birds"));
-    EXPECT_EQ(visibleMenus().size(), 6);
+    EXPECT_EQ(VisibleMenus(form).size(), 6);
     EXPECT_TRUE(folderExists(lx::OntologiesFolder() + QStringLiteral("Birds-publish")));
     EXPECT_FALSE(Process().TopConcept.isEmpty());
     EXPECT_EQ(form.CurrentConcept, Process().TopConcept);
@@ -122,7 +123,7 @@ TEST_F(LifecycleTest, OpenByDialogShowsTheFirstConceptAndNamesTheTop)
     EXPECT_EQ(form.windowTitle(), QStringLiteral("Ontology Editor - Birds"));
     EXPECT_EQ(Process().OntoFolder, lx::OntologiesFolder());
     EXPECT_TRUE(folderExists(lx::OntologiesFolder() + QStringLiteral("Birds-publish")));
-    EXPECT_EQ(visibleMenus().size(), 6);
+    EXPECT_EQ(VisibleMenus(form).size(), 6);
     for (int place = 1; place <= frmOntoEdit::ToolBarPlaces; ++place)
         EXPECT_TRUE(form.ToolButton(place)->isEnabled()) << "place " << place;
     EXPECT_TRUE(form.mnuFileProperties->isEnabled());

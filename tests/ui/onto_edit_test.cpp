@@ -20,22 +20,13 @@
 
 namespace {
 
+using lx::test::VisibleMenus;
 using lx::ui::Forms;
 using lx::ui::frmOntoEdit;
 
 class OntoEditTest : public lx::test::UiTest {
 protected:
     frmOntoEdit &form = Forms().Get<frmOntoEdit>();
-
-    QStringList visibleMenus() const
-    {
-        QStringList menus;
-        for (const QAction *menu : form.menuBar()->actions()) {
-            if (menu->isVisible())
-                menus << menu->text();
-        }
-        return menus;
-    }
 };
 
 TEST_F(OntoEditTest, LoadLeavesTheNoOntologyState)
@@ -44,8 +35,8 @@ TEST_F(OntoEditTest, LoadLeavesTheNoOntologyState)
     EXPECT_EQ(form.BaseCaption, QStringLiteral("Ontology Editor"));
     EXPECT_EQ(lx::Process().Quote, QStringLiteral("\""));
     EXPECT_EQ(form.txtCptSearch->text(), QStringLiteral("Search..."));
-    EXPECT_EQ(visibleMenus(), (QStringList{QStringLiteral("&Ontology"), QStringLiteral("&Edit"),
-                                           QStringLiteral("&Help")}));
+    EXPECT_EQ(VisibleMenus(form), (QStringList{QStringLiteral("&Ontology"), QStringLiteral("&Edit"),
+                                               QStringLiteral("&Help")}));
     EXPECT_FALSE(form.mnuFileClose->isEnabled());
     EXPECT_FALSE(form.mnuFileProperties->isEnabled());
     EXPECT_TRUE(form.mnuFileNew->isEnabled());
@@ -104,13 +95,13 @@ TEST_F(OntoEditTest, ToolBarHasItsPlacesKeysAndTips)
 TEST_F(OntoEditTest, OntologyCommandsComeAndGoTogether)
 {
     form.EnableOntologyCommands();
-    EXPECT_EQ(visibleMenus().size(), 6);
+    EXPECT_EQ(VisibleMenus(form).size(), 6);
     for (int place = 3; place <= 15; ++place)
         EXPECT_TRUE(form.ToolButton(place)->isEnabled()) << "place " << place;
     EXPECT_TRUE(form.txtCptSearch->isEnabled());
 
     form.DisableOntologyCommands();
-    EXPECT_EQ(visibleMenus().size(), 3);
+    EXPECT_EQ(VisibleMenus(form).size(), 3);
     EXPECT_FALSE(form.ToolButton(3)->isEnabled());
     EXPECT_TRUE(form.ToolButton(16)->isEnabled());
 }

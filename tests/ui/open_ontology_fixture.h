@@ -26,6 +26,17 @@ inline const QList<SampleConcept> Sample{
     {QStringLiteral("EATS"), 4, QStringLiteral("Takes as food")},
 };
 
+// The menus of the menu bar that the editor shows.
+inline QStringList VisibleMenus(const ui::frmOntoEdit &form)
+{
+    QStringList menus;
+    for (const QAction *menu : form.menuBar()->actions()) {
+        if (menu->isVisible())
+            menus << menu->text();
+    }
+    return menus;
+}
+
 // A user at the ontology editor, with a program folder holding the seed and a working
 // directory of the test's own: a failed open makes its publish folder relative to the working
 // directory.
@@ -73,21 +84,11 @@ protected:
         };
     }
 
-    QStringList visibleMenus() const
-    {
-        QStringList menus;
-        for (const QAction *menu : form.menuBar()->actions()) {
-            if (menu->isVisible())
-                menus << menu->text();
-        }
-        return menus;
-    }
-
     void expectNoOntologyState()
     {
         EXPECT_TRUE(Process().OntoPath.isEmpty());
         EXPECT_EQ(form.windowTitle(), QStringLiteral("Ontology Editor"));
-        EXPECT_EQ(visibleMenus().size(), 3);
+        EXPECT_EQ(VisibleMenus(form).size(), 3);
         EXPECT_FALSE(form.ToolButton(3)->isEnabled());
         EXPECT_FALSE(form.mnuFileProperties->isEnabled());
         EXPECT_TRUE(form.CurrentConcept.isEmpty());

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "core/process.h"
-#include "core/store/database.h"
 #include "ontology/edit/inheritance.h"
-#include "ontology/store/schema.h"
-#include "support/temp_store.h"
+#include "support/empty_ontology.h"
 
 #include <QSet>
-#include <QVariant>
 
 #include <ostream>
 
@@ -21,29 +17,18 @@ inline void PrintTo(const InheritRow &row, std::ostream *os)
 
 // An empty ontology under the top concept "ALL" as the process's open ontology, Inherit held
 // open as the life cycle holds it, and helpers that add concepts on first mention.
-class InheritanceTest : public ::testing::Test {
+class InheritanceTest : public EmptyOntologyTest {
 protected:
     void SetUp() override
     {
         using namespace lx::store;
-        lx::ResetProcessState();
-        lx::Process().Quote = QStringLiteral("\"");
+        EmptyOntologyTest::SetUp();
         lx::Process().TopConcept = QStringLiteral("ALL");
-        db = DBEngine::Workspaces(0).CreateDatabase(folder.path(QStringLiteral("t.ont")),
-                                                    dbLangGeneral);
-        lx::BuildOntologyTables(db);
-        lx::Process().OntoDB = db;
         lx::Process().rsInherit = db.OpenRecordset(QStringLiteral("Inherit"), dbOpenTable);
         lx::Process().rsInherit.SetIndex(QStringLiteral("Attr"));
         addConcept(QStringLiteral("ALL"), 100);
         addConcept(lx::kNothing);
     }
-    void TearDown() override
-    {
-        lx::ResetProcessState();
-        db.Close();
-    }
-
     void addConcept(const QString &id, int type = 1)
     {
         if (known.contains(id))
@@ -84,17 +69,5 @@ protected:
                {{u"Attr", row.Attr}, {u"Value", row.Value}, {u"From", row.From}});
     }
 
-    void addRow(const QString &table,
-                std::initializer_list<std::pair<QStringView, QVariant>> fields)
-    {
-        lx::store::Recordset rs = db.OpenRecordset(table, lx::store::dbOpenTable);
-        rs.AddNew();
-        for (const auto &[name, value] : fields)
-            rs.Collect(name, value);
-        rs.Update();
-    }
-
-    TempFolder folder;
-    lx::store::Database db;
     QSet<QString> known;
 };

@@ -13,8 +13,8 @@ class ConceptLookups : public OntologyTest {
 protected:
     void addSubset(int id, const char *name)
     {
-        addRow(QStringLiteral("Subsets"), {{QStringLiteral("Subset_ID"), id},
-                                           {QStringLiteral("Subset"), QString::fromLatin1(name)}});
+        addRow(QStringLiteral("Subsets"),
+               {{u"Subset_ID", id}, {u"Subset", QString::fromLatin1(name)}});
     }
 };
 
