@@ -1,8 +1,8 @@
 // The IS-A walks on a 100,000-concept hierarchy, against one recursive query in raw SQLite.
 #include "bench_data.h"
-#include "core/lookups.h"
 #include "core/process.h"
 #include "hierarchy_data.h"
+#include "ontology/store/lookups.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>

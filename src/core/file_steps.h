@@ -1,11 +1,31 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <exception>
 
 // Small steps on files and folders that the life cycles of both kinds of file share.
 namespace lx {
+
+// The connect string of the seed file res.dat.
+inline const QString kSeedConnect = QStringLiteral(";pwd=fennelgrotto");
+
+// The seven text boxes of the properties dialog, as text.
+struct PropertiesTexts {
+    QString Name;
+    QString Created;
+    QString Modified;
+    QString Owner;
+    QString Author;
+    QString Description;
+    QString Contact;
+};
+
+// Dates as the properties dialogs show them, and back. TextToDate fails with error 13 on a
+// text that isn't a date.
+QString DateToText(const QDateTime &date);
+QDateTime TextToDate(const QString &text);
 
 // The runtime error of a folder that can't be made.
 inline constexpr int PathFileAccessError = 75;

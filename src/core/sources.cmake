@@ -5,12 +5,11 @@ target_sources(lexarbor_core PRIVATE
     file_steps.h
     interaction.cpp
     interaction.h
-    lookups.cpp
-    lookups.h
+    filters.cpp
+    filters.h
     process.cpp
     process.h
     program.h
     signal_label.cpp
     signal_label.h
-    walks.cpp
 )

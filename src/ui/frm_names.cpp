@@ -1,7 +1,7 @@
 #include "ui/frm_names.h"
 
-#include "core/lookups.h"
 #include "core/process.h"
+#include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/list_views.h"
 #include "ui/named.h"

@@ -1,8 +1,8 @@
 // The concept list of the ontology editor and its search box: which concept is current.
 #include "core/command.h"
 #include "core/interaction.h"
-#include "core/lookups.h"
 #include "core/process.h"
+#include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
 

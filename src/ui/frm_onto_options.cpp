@@ -2,11 +2,11 @@
 
 #include "core/command.h"
 #include "core/interaction.h"
-#include "core/lookups.h"
 #include "core/process.h"
 #include "ontology/edit/links.h"
 #include "ontology/edit/names.h"
 #include "ontology/edit/subsets.h"
+#include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_transfer.h"
 #include "ui/list_views.h"

@@ -2,7 +2,7 @@
 
 #include "core/command.h"
 #include "core/interaction.h"
-#include "core/lookups.h"
+#include "ontology/store/lookups.h"
 #include "ui/named.h"
 
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "core/lookups.h"
+#include "core/filters.h"
 #include "core/process.h"
 
 #include <gtest/gtest.h>

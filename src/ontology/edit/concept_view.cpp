@@ -1,8 +1,8 @@
 #include "ontology/edit/concept_view.h"
 
-#include "core/lookups.h"
 #include "core/process.h"
 #include "core/store/types.h"
+#include "ontology/store/lookups.h"
 
 namespace lx {
 

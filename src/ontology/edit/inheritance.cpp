@@ -1,9 +1,9 @@
 #include "ontology/edit/inheritance.h"
 
-#include "core/lookups.h"
 #include "core/process.h"
 #include "core/store/errors.h"
 #include "core/text/collation.h"
+#include "ontology/store/lookups.h"
 
 #include <QHash>
 #include <QSet>

@@ -1,9 +1,9 @@
 #include "ontology/edit/names.h"
 
 #include "core/interaction.h"
-#include "core/lookups.h"
 #include "core/process.h"
 #include "core/store/types.h"
+#include "ontology/store/lookups.h"
 
 namespace lx {
 

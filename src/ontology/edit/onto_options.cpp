@@ -1,9 +1,9 @@
 #include "ontology/edit/onto_options.h"
 
-#include "core/lookups.h"
 #include "core/store/errors.h"
 #include "core/store/types.h"
 #include "ontology/store/concept_list.h"
+#include "ontology/store/lookups.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #include "ontology/store/concept_list.h"
 
-#include "core/lookups.h"
 #include "core/store/types.h"
+#include "ontology/store/lookups.h"
 
 namespace lx {
 

@@ -2,12 +2,12 @@
 
 #include "core/file_steps.h"
 #include "core/interaction.h"
-#include "core/lookups.h"
 #include "core/process.h"
 #include "core/store/database.h"
 #include "core/store/errors.h"
 #include "core/store/types.h"
 #include "ontology/store/concept_list.h"
+#include "ontology/store/lookups.h"
 #include "ontology/store/schema.h"
 
 #include <QDir>
@@ -21,10 +21,7 @@ using namespace store;
 
 namespace {
 
-constexpr int TypeMismatch = 13;
 constexpr qsizetype MaxNameLength = 25; // the room of MetaData.Name
-
-const QString DateFormat = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 
 // Field reads that fail on Null, as a Null read into a typed variable does.
 QString TextOf(const Recordset &rs, QStringView name)
@@ -308,21 +305,6 @@ std::optional<QString> CheckPropertiesName(const QString &name)
         return QStringLiteral("A maximum of 25 characters") + QStringLiteral("\r\n") +
                QStringLiteral("is allowed for the name");
     return std::nullopt;
-}
-
-QString DateToText(const QDateTime &date)
-{
-    return date.toString(DateFormat);
-}
-
-QDateTime TextToDate(const QString &text)
-{
-    QDateTime date = QDateTime::fromString(text.trimmed(), DateFormat);
-    if (!date.isValid())
-        date = QDateTime::fromString(text.trimmed(), Qt::ISODate);
-    if (!date.isValid())
-        throw StoreError(TypeMismatch, QStringLiteral("Type mismatch"));
-    return date;
 }
 
 QString PublishFolder()

@@ -30,11 +30,6 @@ void CloseOntology(OntologyEditor &editor, QString &path);
 // The check of the properties dialog's OK: the warning to show, or nothing if the name will do.
 std::optional<QString> CheckPropertiesName(const QString &name);
 
-// Dates as the properties dialog shows them, and back. TextToDate fails with error 13 on a
-// text that isn't a date.
-QString DateToText(const QDateTime &date);
-QDateTime TextToDate(const QString &text);
-
 // The folder for published reports, named after the metadata name: OntoFolder & name &
 // "-publish". With OntoFolder empty, it is relative to the working directory.
 QString PublishFolder();

@@ -1,21 +1,11 @@
 #pragma once
 
+#include "core/file_steps.h"
 #include "core/store/recordset.h"
 
 #include <QString>
 
 namespace lx {
-
-// The seven text boxes of the properties dialog, as text.
-struct PropertiesTexts {
-    QString Name;
-    QString Created;
-    QString Modified;
-    QString Owner;
-    QString Author;
-    QString Description;
-    QString Contact;
-};
 
 // The ontology editor window as the life cycle and the concept list see it: the window's own
 // state (the concept on screen, the counts, the recordsets behind its list) and the few things

@@ -1,8 +1,8 @@
 #include "schema.h"
 
 #include "core/process.h"
+#include "core/store/table_shapes.h"
 #include "ontology/store/seed.h"
-#include "ontology/store/table_shapes.h"
 
 namespace lx {
 

@@ -2,7 +2,7 @@
 
 #include "core/process.h"
 #include "core/store/database.h"
-#include "ontology/store/table_shapes.h"
+#include "core/store/table_shapes.h"
 
 namespace lx {
 

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "core/file_steps.h"
+
 #include <QString>
 
 namespace lx {
-
-// The connect string of the seed file res.dat.
-inline const QString kSeedConnect = QStringLiteral(";pwd=fennelgrotto");
 
 // Fills the new ontology at OntoPath with the rows of the seed file: subsets, concepts, IS-A
 // links, inverses, the domains and ranges in RELATIONS, languages. OntoDB is first opened anew

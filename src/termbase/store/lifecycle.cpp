@@ -6,7 +6,6 @@
 #include "core/store/database.h"
 #include "core/store/errors.h"
 #include "core/store/types.h"
-#include "ontology/store/lifecycle.h"
 #include "termbase/store/schema.h"
 
 #include <QDir>

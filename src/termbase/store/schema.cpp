@@ -1,6 +1,6 @@
 #include "termbase/store/schema.h"
 
-#include "ontology/store/table_shapes.h"
+#include "core/store/table_shapes.h"
 #include "termbase/store/seed.h"
 
 #include <QSet>

@@ -1,9 +1,9 @@
 #include "termbase/store/seed.h"
 
+#include "core/file_steps.h"
 #include "core/process.h"
 #include "core/store/database.h"
-#include "ontology/store/seed.h"
-#include "ontology/store/table_shapes.h"
+#include "core/store/table_shapes.h"
 
 namespace lx {
 

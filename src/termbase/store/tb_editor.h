@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ontology/store/onto_editor.h"
+#include "core/file_steps.h"
 
 #include <QString>
 

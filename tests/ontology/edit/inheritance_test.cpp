@@ -1,5 +1,5 @@
-#include "core/lookups.h"
 #include "inheritance_fixture.h"
+#include "ontology/store/lookups.h"
 
 #include <functional>
 

@@ -1,6 +1,6 @@
-#include "core/lookups.h"
 #include "edit_fixture.h"
 #include "ontology/edit/names.h"
+#include "ontology/store/lookups.h"
 
 using namespace lx;
 

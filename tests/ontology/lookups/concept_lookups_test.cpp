@@ -1,6 +1,6 @@
-#include "core/lookups.h"
 #include "core/program.h"
 #include "core/store/errors.h"
+#include "ontology/store/lookups.h"
 #include "ontology_fixture.h"
 #include "support/scripted_user.h"
 

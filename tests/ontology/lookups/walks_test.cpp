@@ -1,4 +1,4 @@
-#include "core/lookups.h"
+#include "ontology/store/lookups.h"
 #include "ontology_fixture.h"
 
 #include <QHash>

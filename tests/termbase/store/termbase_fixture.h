@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/lookups.h"
 #include "core/process.h"
+#include "ontology/store/lookups.h"
 #include "ontology/store/schema.h"
 #include "support/seed_home.h"
 #include "termbase/store/schema.h"

@@ -1,4 +1,4 @@
-#include "ontology/store/table_shapes.h"
+#include "core/store/table_shapes.h"
 
 namespace lx {
 

@@ -1,21 +1,13 @@
 #pragma once
 
+#include "core/filters.h"
+
 #include <QString>
 #include <QStringList>
 
-// Small shared routines on the open ontology (Process().OntoDB): the rules for identifiers and
-// for text that goes into queries, lookups of concepts, languages and subsets, and the walks
-// over the IS-A graph. Nothing here keeps state.
+// Lookups of concepts, languages and subsets in the open ontology (Process().OntoDB), and the
+// walks over its IS-A graph. Nothing here keeps state.
 namespace lx {
-
-// Key filters for identifier boxes: the key code to use, 0 to drop the key.
-int FilterConceptKey(int key);
-int FilterNamingKey(int key);
-
-QString NormalizeIdentifier(const QString &text);
-QString IdentifierToName(const QString &identifier);
-QString ReplaceDoubleQuotes(const QString &text);
-void FlattenLines(QString &text);
 
 bool ConceptExists(const QString &identifier);
 int ConceptType(const QString &identifier);
@@ -34,6 +26,5 @@ int GetParents(const QString &identifier, QStringList &list);
 int GetAncestors(const QString &identifier, QStringList &list);
 int GetDescendants(const QString &identifier, QStringList &list);
 bool IsLeaf(const QString &identifier);
-bool FindInList(const QString &text, const QStringList &list);
 
 } // namespace lx

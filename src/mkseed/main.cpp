@@ -240,9 +240,10 @@ void WriteSource(Database &db, const Source &source)
             rs.Update();
         } catch (const StoreError &e) {
             rs.CancelUpdate();
-            source.fail(row.line, QStringLiteral("%1 refuses the row: %2 (%3)")
-                                      .arg(QString::fromLatin1(source.layout->table), e.description())
-                                      .arg(e.number()));
+            source.fail(row.line,
+                        QStringLiteral("%1 refuses the row: %2 (%3)")
+                            .arg(QString::fromLatin1(source.layout->table), e.description())
+                            .arg(e.number()));
         }
     }
 }

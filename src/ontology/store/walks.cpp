@@ -1,10 +1,10 @@
 // The IS-A walks: direct children and parents by the system's own queries, and the whole
 // ancestry or descent of a concept from one query and a walk in memory.
-#include "core/lookups.h"
 #include "core/process.h"
 #include "core/store/graph.h"
 #include "core/text/collation.h"
 #include "core/text/unicode.h"
+#include "ontology/store/lookups.h"
 
 #include <algorithm>
 #include <vector>
@@ -214,12 +214,6 @@ bool IsLeaf(const QString &identifier)
 {
     QStringList children;
     return GetChildren(identifier, children) == 0;
-}
-
-bool FindInList(const QString &text, const QStringList &list)
-{
-    // Compared as the text is, case counting.
-    return list.contains(text, Qt::CaseSensitive);
 }
 
 } // namespace lx
