@@ -402,7 +402,8 @@ QVariant cellToVariant(const Cell &cell, int fieldType)
 {
     switch (cell.kind) {
     case Cell::Null:
-        return {};
+        // A file of an earlier build may hold a Null in a Yes/No field: it reads as False.
+        return fieldType == dbBoolean ? QVariant(false) : QVariant();
     case Cell::Integer:
         if (fieldType == dbBoolean)
             return QVariant(cell.integer != 0);

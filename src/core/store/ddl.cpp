@@ -83,6 +83,8 @@ QString createTableSql(const TableDef &def, const Catalog &catalog, const QStrin
                 inPrimary = inPrimary || same(k.Name, f.Name);
         if (inPrimary)
             column += QStringLiteral(" NOT NULL");
+        if (f.Type == dbBoolean)
+            column += QStringLiteral(" DEFAULT 0"); // rows added by a query are False too
         parts << column;
     }
     if (pk && alias < 0)

@@ -67,8 +67,9 @@ QString toDateText(const QVariant &value)
 
 Cell toCell(const QVariant &value, const Field &field, std::string &holder)
 {
+    // A Yes/No field holds no Null: a row added without it, or a Null written to it, is False.
     if (value.isNull() || !value.isValid())
-        return Cell::null();
+        return field.Type == dbBoolean ? Cell::fromInteger(0) : Cell::null();
     switch (field.Type) {
     case dbText:
     case dbMemo: {
@@ -269,7 +270,7 @@ void RecordsetImpl::insertRows()
                 values[s][f] = QVariant(qlonglong(next.integer(0)));
             }
             names << sql::SqlIdentifier(field.Name);
-            row[f] = values[s][f] ? toCell(*values[s][f], field, holders[f]) : Cell::null();
+            row[f] = toCell(values[s][f].value_or(QVariant()), field, holders[f]);
             cells.push_back(row[f]);
         }
         const QString text =

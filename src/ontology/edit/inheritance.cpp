@@ -32,11 +32,10 @@ template <typename Statement> void IgnoringErrors(Statement &&statement)
     }
 }
 
-// A Null Default counts as a default: only false leaves the words off.
+// Default is a Yes/No field, never Null, read as the concept view reads it.
 QString SlotValue(const QVariant &value, const QVariant &isDefault)
 {
-    const bool notDefault = !isDefault.isNull() && !isDefault.toBool();
-    return notDefault ? value.toString() : value.toString() + kByDefault;
+    return isDefault.toBool() ? value.toString() + kByDefault : value.toString();
 }
 
 int FillPairs(const QString &query, QStringView nameField, QStringView valueField, SlotPairs &pairs)
