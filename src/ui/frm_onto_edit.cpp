@@ -304,6 +304,10 @@ bool frmOntoEdit::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == txtCptSearch)
         return searchBoxEvent(event) || QMainWindow::eventFilter(watched, event);
+    if (watched == txtDef->viewport() && event->type() == QEvent::MouseButtonDblClick) {
+        RunCommand([this] { txtDef_DblClick(); });
+        return true;
+    }
     if (watched != txtDef ||
         (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease &&
          event->type() != QEvent::ShortcutOverride))

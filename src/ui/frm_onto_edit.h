@@ -9,6 +9,8 @@
 #include <QList>
 #include <QMainWindow>
 
+#include <functional>
+
 class QAction;
 class QCheckBox;
 class QGroupBox;
@@ -118,6 +120,13 @@ public:
     // The working note of the current concept, in frm_onto_edit_notes.cpp.
     void mnuConceptNote_Click();
     void mnuToolsListNotes_Click();
+    // A concept's birth, identifier, definition and deletion, in frm_onto_edit_concepts.cpp.
+    void mnuConceptAdd_Click();
+    void lblNewCpt_Change();
+    void mnuConceptEdit_Click();
+    void mnuConceptEditDef_Click();
+    void txtDef_DblClick();
+    void mnuConceptDelete_Click();
     // A concept's add (1), delete (2) or rename (3) carried into the linked termbases; the open
     // termbase windows hear of it, with CurrentConcept, when a link exists.
     void PropagateConceptToTermBases(const QString &newId, const QString &oldId, int operation);
@@ -194,6 +203,9 @@ private:
     void goToInheritColumn(int column);
     void feedOpenSlotDialogs();
     void setNoteImage(bool hasNote);
+    // Tells the open dialogs whose caption `wanted` accepts that the concepts changed.
+    void refreshDialogs(const std::function<bool(const QString &caption)> &wanted,
+                        const QString &text);
     void selectListRow(store::Bookmark bookmark);
     void popUp(QMenu *menu);
 

@@ -245,13 +245,18 @@ void frmOntoEdit::routeMenus()
     };
     for (const auto &[name, handler] : names)
         route(mnuName->findChild<QAction *>(QLatin1String(name)), handler);
+    route(mnuConceptAdd, &frmOntoEdit::mnuConceptAdd_Click);
+    route(mnuConceptEdit, &frmOntoEdit::mnuConceptEdit_Click);
+    route(mnuConceptEditDef, &frmOntoEdit::mnuConceptEditDef_Click);
+    route(mnuConceptDelete, &frmOntoEdit::mnuConceptDelete_Click);
+    connect(lblNewCpt, &SignalLabel::captionChanged, this,
+            Command(this, &frmOntoEdit::lblNewCpt_Change));
     route(mnuConceptNote, &frmOntoEdit::mnuConceptNote_Click);
     route(mnuToolsListNotes, &frmOntoEdit::mnuToolsListNotes_Click);
     // mnuEditCut and mnuEditPaste have no handler: they do nothing.
-    for (QAction *later :
-         {mnuFileImport, mnuFileExport, mnuConceptAdd, mnuConceptEdit, mnuConceptEditDef,
-          mnuConceptDelete, mnuConceptTree, mnuTreeFull, mnuTreeObject, mnuTreeEvent, mnuTreeRel,
-          mnuTreeAttr, mnuTreeSelConcept, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
+    for (QAction *later : {mnuFileImport, mnuFileExport, mnuConceptTree, mnuTreeFull, mnuTreeObject,
+                           mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept,
+                           mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
         route(later, &frmOntoEdit::NotAvailableYet);
     for (QMenu *popup : {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange}) {
         for (QAction *item : popup->actions()) {
@@ -326,6 +331,7 @@ QWidget *frmOntoEdit::buildDescriptionTab()
     auto *tab = new QWidget(tbsEdit);
     txtDef = Named(new QPlainTextEdit(tab), QStringLiteral("txtDef"));
     txtDef->installEventFilter(this);
+    txtDef->viewport()->installEventFilter(this); // the double click lands on the viewport
     lstISA = MakeList(tab, QStringLiteral("lstISA"));
     lstSubclasses = MakeList(tab, QStringLiteral("lstSubclasses"));
     lvwNames = MakeListView(tab, QStringLiteral("lvwNames"),

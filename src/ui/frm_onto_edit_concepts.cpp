@@ -1,0 +1,159 @@
+// A concept's birth in "Add Concept", the change of its identifier and definition through the
+// naming dialog, and its deletion; each change reaches the linked termbases and the open
+// dialogs that list concepts.
+#include "core/interaction.h"
+#include "core/process.h"
+#include "core/text/like.h"
+#include "ontology/edit/concepts.h"
+#include "ontology/edit/links.h"
+#include "ontology/store/concept_list.h"
+#include "ui/forms.h"
+#include "ui/frm_names.h"
+#include "ui/frm_new_concept.h"
+#include "ui/frm_onto_edit.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QMenu>
+#include <QPlainTextEdit>
+
+namespace lx::ui {
+
+namespace {
+
+bool Accepted(const frmNames &dialog)
+{
+    return dialog.lblStart->caption() == QLatin1String("OK");
+}
+
+bool IsSlotDialog(const QString &caption)
+{
+    return text::Like(caption, u"* Relation") || text::Like(caption, u"* link");
+}
+
+} // namespace
+
+// The dialog's one instance, shown without an owner; it stays open between adds.
+void frmOntoEdit::mnuConceptAdd_Click()
+{
+    auto &dialog = Forms().Get<frmNewConcept>();
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
+}
+
+void frmOntoEdit::lblNewCpt_Change()
+{
+    const QString identifier = lblNewCpt->caption();
+    if (identifier.isEmpty())
+        return;
+    CurrentConcept = identifier;
+    AddDefaultName();
+    InitRSListConcepts(*this);
+    UpdateStatusCounts();
+    txtCptSearch->setText(identifier); // moves the list to the new concept
+    ++ListedConcepts;
+    ++TotalConcepts;
+    if (!ToolButton(10)->isEnabled()) {
+        // The ontology had no concept to show until now.
+        for (int place : {10, 11, 12})
+            ToolButton(place)->setEnabled(true);
+        for (QWidget *control :
+             std::initializer_list<QWidget *>{txtDef, lstISA, lstRels, chkActivDesc})
+            control->setEnabled(true);
+        mnuConcept->setEnabled(true);
+    }
+    PropagateConceptToTermBases(identifier, identifier, opAddConcept);
+    UpdateStatusCounts();
+}
+
+void frmOntoEdit::refreshDialogs(const std::function<bool(const QString &caption)> &wanted,
+                                 const QString &text)
+{
+    for (QWidget *form : Forms().list()) {
+        if (!wanted(form->windowTitle()))
+            continue;
+        if (auto *label = form->findChild<SignalLabel *>(QStringLiteral("lblRefresh"))) {
+            label->setCaption(QString());
+            label->setCaption(text);
+        }
+    }
+}
+
+void frmOntoEdit::mnuConceptEdit_Click()
+{
+    const QString oldId = CurrentConcept;
+    auto &dialog = Forms().Load<frmNames>();
+    dialog.txtConcept->setText(CurrentConcept);
+    dialog.lblStart->setCaption(QStringLiteral("Rename"));
+    UI().ShowModal(&dialog);
+    const QString newId = dialog.txtConcept->text();
+    if (!Accepted(dialog) || newId == oldId || newId.isEmpty() || !RenameConcept(oldId, newId)) {
+        Forms().Unload(&dialog);
+        return;
+    }
+    CurrentConcept = newId;
+    if (CurrentType == ctTop)
+        Process().TopConcept = newId;
+    Forms().Unload(&dialog);
+    PropagateConceptToTermBases(newId, oldId, opRenameConcept);
+    InitRSListConcepts(*this);
+    UpdateStatusCounts();
+    // The slot dialogs hear of it, and so does "Add Concept"; "Add Attribute" doesn't.
+    refreshDialogs(IsSlotDialog, CurrentConcept);
+    refreshDialogs([](const QString &caption) { return caption == QLatin1String("Add Concept"); },
+                   CurrentConcept);
+}
+
+void frmOntoEdit::mnuConceptEditDef_Click()
+{
+    auto &dialog = Forms().Load<frmNames>();
+    dialog.setWindowTitle(QStringLiteral("Edit definition of ") + QStringLiteral(" - ") +
+                          CurrentConcept);
+    dialog.lblStart->setCaption(QStringLiteral("Definition"));
+    dialog.txtConcept->setText(CurrentConcept);
+    dialog.txtDef->setPlainText(txtDef->toPlainText());
+    UI().ShowModal(&dialog);
+    const QString definition = dialog.txtDef->toPlainText();
+    if (Accepted(dialog) && definition != txtDef->toPlainText()) {
+        SaveDefinition(CurrentConcept, definition);
+        txtDef->setPlainText(definition);
+    }
+    Forms().Unload(&dialog);
+}
+
+void frmOntoEdit::txtDef_DblClick()
+{
+    mnuConceptEditDef_Click();
+}
+
+void frmOntoEdit::mnuConceptDelete_Click()
+{
+    const std::optional<DeletedConcept> deleted = DeleteConcept(*this);
+    if (!deleted)
+        return;
+    DeleteOrphanConcepts([this](const QString &orphan) {
+        PropagateConceptToTermBases(orphan, orphan, opDeleteConcept);
+    });
+    refreshDialogs(
+        [](const QString &caption) {
+            return caption == QLatin1String("Add Concept") || IsSlotDialog(caption) ||
+                   text::Like(caption, u"* Attribute");
+        },
+        QStringLiteral("Delete"));
+    PropagateConceptToTermBases(deleted->Identifier, deleted->Identifier, opDeleteConcept);
+    // The operation looks up its second argument, so the inverse stays in the termbases.
+    if (!deleted->Inverse.isEmpty())
+        PropagateConceptToTermBases(deleted->Inverse, deleted->Identifier, opDeleteConcept);
+    InitRSListConcepts(*this);
+    --TotalConcepts;
+    ListedConcepts = TotalConcepts - 1;
+    dblConcepts->setFocus();
+    dblConcepts_Click();
+    UpdateStatusCounts();
+}
+
+} // namespace lx::ui
