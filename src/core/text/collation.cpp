@@ -187,7 +187,9 @@ template <class Text> int ByCollator(const Collator &c, Text a, Text b)
 
 // Walks both texts while they are ASCII with equal ranks. The first pair of different ranks
 // decides: the primary weights before it are equal, and nothing after it can change which
-// primary weight comes first there. Anything the ranks can't tell goes to the collator.
+// primary weight comes first there (the root order's only contractions that start with an ASCII
+// character, "l" and "L" before a middle dot, keep the letter's primary weight). Anything the
+// ranks can't tell goes to the collator.
 template <class Text, class Unit>
 int CompareRanked(const Collator &c, Text a, Text b, Unit (*unit)(Text, qsizetype))
 {
