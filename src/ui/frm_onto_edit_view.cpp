@@ -2,6 +2,7 @@
 // inheritance tab with its switches, sorting and popup.
 #include "core/command.h"
 #include "core/interaction.h"
+#include "core/text/collation.h"
 #include "core/text/like.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
@@ -24,14 +25,14 @@ namespace lx::ui {
 
 namespace {
 
-// A row of lvwInherit; the list sorts as text, without regard to case.
+// A row of lvwInherit; the list sorts as the store orders text.
 class InheritItem : public QTreeWidgetItem {
 public:
     using QTreeWidgetItem::QTreeWidgetItem;
     bool operator<(const QTreeWidgetItem &other) const override
     {
         const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
-        return text(column).compare(other.text(column), Qt::CaseInsensitive) < 0;
+        return lx::text::CompareText(text(column), other.text(column)) < 0;
     }
 };
 

@@ -1,12 +1,14 @@
 #include "ui/list_views.h"
 
+#include "core/text/collation.h"
+
 #include <QTreeWidget>
 
 #include <algorithm>
 
 namespace lx::ui {
 
-// Text sorts without regard to case, as the store orders it.
+// Text sorts as the store orders it.
 void SortByColumn(QTreeWidget *list, int column)
 {
     QTreeWidgetItem *selected = list->currentItem();
@@ -15,7 +17,7 @@ void SortByColumn(QTreeWidget *list, int column)
         items.append(list->takeTopLevelItem(0));
     std::stable_sort(items.begin(), items.end(),
                      [column](const QTreeWidgetItem *a, const QTreeWidgetItem *b) {
-                         return a->text(column).compare(b->text(column), Qt::CaseInsensitive) < 0;
+                         return text::CompareText(a->text(column), b->text(column)) < 0;
                      });
     list->addTopLevelItems(items);
     if (selected) {

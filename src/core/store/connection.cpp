@@ -9,6 +9,7 @@
 
 #include <map>
 #include <sqlite3.h>
+#include <string>
 
 namespace lx::store::detail {
 
@@ -58,6 +59,37 @@ std::shared_ptr<std::uint64_t> stampFor(const QString &path)
 QString sqliteMessage(sqlite3 *db, int rc)
 {
     return QString::fromUtf8(db ? sqlite3_errmsg(db) : sqlite3_errstr(rc));
+}
+
+// The file's user_version names the text order its indexes were built with.
+int CollationMarkOf(sqlite3 *db)
+{
+    sqlite3_stmt *stmt = nullptr;
+    int mark = 0;
+    if (sqlite3_prepare_v2(db, "PRAGMA user_version", -1, &stmt, nullptr) == SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW)
+        mark = sqlite3_column_int(stmt, 0);
+    sqlite3_finalize(stmt);
+    return mark;
+}
+
+// Rebuilds the indexes of a file built under another text order, once, and marks it. A file
+// that can't be written now (read-only, or another writer holds it) keeps its old order for this
+// session. Returns a SQLite result code, SQLITE_OK when nothing failed that matters.
+int RebuildForCollation(sqlite3 *db)
+{
+    const int mark = text::CollationMark();
+    if (CollationMarkOf(db) == mark || sqlite3_db_readonly(db, "main") == 1)
+        return SQLITE_OK;
+    int rc = sqlite3_exec(db, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    if (rc != SQLITE_OK)
+        return rc;
+    if (CollationMarkOf(db) != mark) { // another process may have done it meanwhile
+        const std::string sql = "REINDEX \"LX\"; PRAGMA user_version = " + std::to_string(mark);
+        rc = sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
+    }
+    sqlite3_exec(db, rc == SQLITE_OK ? "COMMIT" : "ROLLBACK", nullptr, nullptr, nullptr);
+    return rc;
 }
 
 } // namespace
@@ -220,6 +252,7 @@ void Connection::configure(bool fresh)
     sqlite3_busy_timeout(m_db, 5000);
     if (fresh) {
         exec(QStringLiteral("PRAGMA application_id = %1").arg(kApplicationId));
+        exec(QStringLiteral("PRAGMA user_version = %1").arg(text::CollationMark()));
         exec(QStringLiteral("CREATE TABLE \"%1\" (json TEXT NOT NULL)")
                  .arg(QLatin1String(kCatalogTable)));
         exec(QStringLiteral("INSERT INTO \"%1\" VALUES ('{}')").arg(QLatin1String(kCatalogTable)));
@@ -247,6 +280,11 @@ void Connection::configure(bool fresh)
     exec(QStringLiteral("PRAGMA foreign_keys = ON"));
     // A 100,000-concept ontology is tens of megabytes; keep its hot pages in memory.
     exec(QStringLiteral("PRAGMA cache_size = -32768"));
+    if (!fresh) {
+        const int rc = RebuildForCollation(m_db);
+        if (rc != SQLITE_OK && rc != SQLITE_BUSY && rc != SQLITE_READONLY)
+            fail(rc);
+    }
 }
 
 void Connection::loadCatalog()

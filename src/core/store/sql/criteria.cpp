@@ -272,7 +272,7 @@ public:
         const Cell &c = row[m_index];
         const Cell &lit = m_literal->cell();
         if (c.kind == Cell::Text && lit.kind == Cell::Text && m_op == BinaryOp::Eq)
-            return FromBool(text::CompareText(c.text, lit.text) == 0);
+            return FromBool(text::EqualText(c.text, lit.text));
         return Compare(c, lit, m_op, lit.kind == Cell::Text ? &m_literal->number() : nullptr);
     }
 
