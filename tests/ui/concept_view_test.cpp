@@ -269,8 +269,16 @@ TEST_F(ConceptViewTest, ADoubleClickSendsTheConceptToAnOpenFullTree)
 {
     openZoo();
     search(QStringLiteral("BIRD"));
-    // No tree open yet: nothing to see, nothing asked.
+    // No tree open yet, and no tree window to open: no window comes up, nothing is asked, and
+    // the view stays on the concept.
+    const QList<QWidget *> before = Forms().list();
+    const qsizetype calls = user.calls().size();
     Q_EMIT form.dblConcepts->doubleClicked(form.dblConcepts->currentIndex());
+    EXPECT_EQ(Forms().list(), before);
+    EXPECT_EQ(user.calls().size(), calls);
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("BIRD"));
+    EXPECT_EQ(form.ListText(), QStringLiteral("BIRD"));
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
 
     auto &tree = Forms().Load<QWidget>();
     tree.setWindowTitle(QStringLiteral("Zoo - Full tree"));

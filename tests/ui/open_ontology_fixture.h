@@ -3,6 +3,7 @@
 #include "core/process.h"
 #include "ontology/store/seed.h"
 #include "ontology_files.h"
+#include "support/working_folder.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
 #include "ui_fixture.h"
@@ -42,13 +43,11 @@ inline QStringList VisibleMenus(const ui::frmOntoEdit &form)
 // directory.
 class OpenOntologyTest : public UiTest {
 protected:
-    OpenOntologyTest() : m_oldCurrent(QDir::currentPath())
+    OpenOntologyTest()
     {
         EnsureProgramFolders();
         EnsureSeedFile();
-        QDir::setCurrent(cwd.path());
     }
-    ~OpenOntologyTest() override { QDir::setCurrent(m_oldCurrent); }
 
     static QString ontology(const QString &title)
     {
@@ -96,11 +95,8 @@ protected:
         EXPECT_EQ(form.cursor().shape(), Qt::ArrowCursor);
     }
 
-    QTemporaryDir cwd;
+    WorkingFolder cwd;
     ui::frmOntoEdit &form = ui::Forms().Get<ui::frmOntoEdit>();
-
-private:
-    QString m_oldCurrent;
 };
 
 } // namespace lx::test

@@ -225,6 +225,9 @@ TEST_F(TermbaseLifeCycle, OnlyItsOwnWorkingOntologyOpensItWhateverTheCase)
     EXPECT_TRUE(p.TermFolder.isEmpty());
     EXPECT_FALSE(p.TermDB.isOpen());
     EXPECT_TRUE(editor.caption.isEmpty());
+    // The refused open still makes the termbase's folders, with no folder in front of the name.
+    EXPECT_TRUE(QFileInfo(cwd.filePath(QStringLiteral("Demo-publish"))).isDir());
+    EXPECT_TRUE(QFileInfo(cwd.filePath(QStringLiteral("Demo-back"))).isDir());
 }
 
 TEST_F(TermbaseLifeCycle, AFileThatIsNoTermbaseIsNamedAndTermPathStays)

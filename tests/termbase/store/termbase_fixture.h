@@ -4,6 +4,7 @@
 #include "ontology/store/lookups.h"
 #include "ontology/store/schema.h"
 #include "support/seed_home.h"
+#include "support/working_folder.h"
 #include "termbase/store/schema.h"
 
 #include <QChar>
@@ -11,7 +12,8 @@
 #include <gtest/gtest.h>
 
 // An open ontology made from the seed in a program folder of its own, and the path of a new
-// termbase beside it in the termbase folder.
+// termbase beside it in the termbase folder. A refused open leaves the termbase folder empty and
+// makes the termbase's own folders relative to the working directory, which is the test's own.
 class TermbaseFixture : public ::testing::Test {
 protected:
     void SetUp() override
@@ -40,4 +42,5 @@ protected:
     }
 
     SeedHome home;
+    WorkingFolder cwd;
 };
