@@ -27,7 +27,7 @@ protected:
                 Process().OntoDB, QStringLiteral("ISA"),
                 {{u"Concept", QString::fromLatin1(child)}, {u"ISA", QString::fromLatin1(parent)}});
         for (const QString &name : {QStringLiteral("a.ltb"), QStringLiteral("b.ltb")}) {
-            const QString path = cwd.path() + QLatin1Char('/') + name;
+            const QString path = cwd.filePath(name);
             store::Database tb =
                 store::DBEngine::Workspaces(0).CreateDatabase(path, store::dbLangGeneral);
             BuildTermbaseTables(tb);
