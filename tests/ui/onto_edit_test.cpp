@@ -6,6 +6,7 @@
 #include "ui_fixture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -174,6 +175,55 @@ TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
     ASSERT_EQ(user.calls().size(), later.size());
     for (const auto &call : user.calls())
         EXPECT_EQ(call.text, QStringLiteral("This command is not available yet."));
+}
+
+// The inheritance kinds read as words, their costs in the tool tips; the definition shows but
+// takes no typing, and a double click on it asks for its own command.
+TEST_F(OntoEditTest, InheritanceCaptionsAndAReadOnlyDefinition)
+{
+    const std::pair<QRadioButton *, const char *> options[] = {
+        {form.optOff, "Off|No Inheritance (Fast)"},
+        {form.optCumulative, "Cumulative|True inheritance (Slow)"},
+        {form.optExclusive, "Exclusive|Examine mode (Slower)"},
+    };
+    for (const auto &[option, expected] : options)
+        EXPECT_EQ(option->text() + QLatin1Char('|') + option->toolTip(),
+                  QString::fromLatin1(expected));
+
+    form.EnableOntologyCommands();
+    form.txtDef->setPlainText(QStringLiteral("A feathered animal"));
+    QTest::keyClicks(form.txtDef, QStringLiteral("typed"));
+    QTest::keyClick(form.txtDef, Qt::Key_Backspace);
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
+
+    user.answerMsgBox(lx::msg::OK);
+    QTest::mouseDClick(form.txtDef->viewport(), Qt::LeftButton);
+    ASSERT_EQ(user.calls().size(), 1);
+    EXPECT_EQ(user.calls().first().text, QStringLiteral("This command is not available yet."));
+}
+
+// Ctrl+O, Ctrl+N and F1 reach their commands, Ctrl+F the search box; the file dialogs say what
+// they are for.
+TEST_F(OntoEditTest, TheUsualKeysReachTheirCommands)
+{
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    user.answerOpenFile(std::nullopt).answerSaveFile(std::nullopt).answerMsgBox(lx::msg::OK);
+    QTest::keyClick(&form, Qt::Key_O, Qt::ControlModifier);
+    QTest::keyClick(&form, Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClick(&form, Qt::Key_F1);
+    ASSERT_EQ(user.calls().size(), 3);
+    EXPECT_EQ(user.calls()[0].request.title, QStringLiteral("Open Ontology"));
+    EXPECT_EQ(user.calls()[1].request.title, QStringLiteral("New Ontology"));
+    EXPECT_EQ(user.calls()[2].text, QStringLiteral("Not yet!"));
+
+    form.EnableOntologyCommands();
+    QTest::keyClick(&form, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), form.txtCptSearch);
+    // The menus show the keys of Close and Exit.
+    EXPECT_EQ(form.mnuFileClose->shortcut(), QKeySequence(QStringLiteral("Ctrl+W")));
+    EXPECT_EQ(form.mnuFileExit->shortcut(), QKeySequence(QStringLiteral("Ctrl+Q")));
 }
 
 TEST_F(OntoEditTest, CutAndPasteInTheMenuDoNothing)
