@@ -26,7 +26,9 @@ int main(int argc, char **argv)
         lx::ui::Main();
         rc = QApplication::exec();
     } catch (const std::exception &error) {
-        // Start has no handling of its own: the failure's text, and the program ends.
+        // Start has no handling of its own: the failure's text, and the program ends. The
+        // windows go first, so that the splash's timer can't take the message box with it.
+        lx::ui::Forms().UnloadAll();
         lx::UI().SetMousePointer(lx::pointer::Default);
         lx::UI().MsgBox(QString::fromLocal8Bit(error.what()), lx::msg::Critical);
     }

@@ -1,5 +1,6 @@
 #include "ui/forms.h"
 
+#include "core/interaction.h"
 #include "core/text/like.h"
 
 namespace lx::ui {
@@ -8,6 +9,21 @@ FormCollection &Forms()
 {
     static FormCollection forms;
     return forms;
+}
+
+namespace {
+
+void RunUnloadSteps(QWidget *form)
+{
+    if (auto *steps = dynamic_cast<UnloadSteps *>(form))
+        steps->Form_Unload();
+}
+
+} // namespace
+
+void NotAvailableYet()
+{
+    UI().MsgBox(QStringLiteral("This command is not available yet."));
 }
 
 void FormCollection::add(QWidget *form)
@@ -24,6 +40,7 @@ void FormCollection::Unload(QWidget *form)
     if (at < 0)
         return;
     m_forms.removeAt(at);
+    RunUnloadSteps(form);
     form->hide();
     form->deleteLater();
 }
@@ -32,6 +49,8 @@ void FormCollection::UnloadAll()
 {
     while (!m_forms.isEmpty()) {
         const QPointer<QWidget> form = m_forms.takeLast();
+        if (form)
+            RunUnloadSteps(form);
         delete form.data(); // the collection owns what it loaded
     }
 }

@@ -10,6 +10,14 @@
 
 namespace lx::ui {
 
+// A window with steps of its own to run when it is unloaded: closing what it holds open, saving
+// its place. Unload runs them before it returns, so whatever comes next finds them done.
+class UnloadSteps {
+public:
+    virtual ~UnloadSteps() = default;
+    virtual void Form_Unload() = 0;
+};
+
 // The loaded windows, in load order. A window is loaded through Load (or Get, for the one
 // default instance of a form) and from then on belongs to the collection: Unload takes it out
 // and deletes it. A window deleted any other way leaves the collection by itself.
@@ -45,10 +53,11 @@ public:
         return Load<F>();
     }
 
-    // Hides the window, forgets it at once and deletes it when control returns to the event
-    // loop, so that a window may unload itself from its own handler.
+    // Forgets the window, runs its unload steps and hides it, all at once; the object itself is
+    // deleted when control returns to the event loop, so that a window may unload itself from
+    // its own handler.
     void Unload(QWidget *form);
-    // Every window, from the last loaded to the first, deleted at once.
+    // Every window, from the last loaded to the first, its unload steps run and deleted at once.
     void UnloadAll();
 
     QList<QWidget *> list() const;
@@ -66,5 +75,8 @@ private:
 
 // The program's one collection.
 FormCollection &Forms();
+
+// The answer of a command whose logic comes with a later step.
+void NotAvailableYet();
 
 } // namespace lx::ui

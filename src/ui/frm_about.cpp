@@ -2,6 +2,7 @@
 
 #include "core/interaction.h"
 #include "core/program.h"
+#include "ui/forms.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -84,6 +85,13 @@ void frmAbout::cmdSysInfo_Click()
 void frmAbout::cmdOK_Click()
 {
     accept();
+}
+
+void ShowAbout()
+{
+    auto &about = Forms().Get<frmAbout>();
+    UI().ShowModal(&about);
+    Forms().Unload(&about);
 }
 
 } // namespace lx::ui

@@ -36,4 +36,7 @@ private:
     SystemInfoTool m_tool;
 };
 
+// Shows the about box modally and unloads it after.
+void ShowAbout();
+
 } // namespace lx::ui

@@ -65,7 +65,6 @@ frmNames::frmNames()
             &frmNames::lvwLangs_ColumnClick);
 
     fillLanguages();
-    placeOverEditor();
 }
 
 // The working languages in the table's order, the default one ticked, and "en" selected
@@ -85,13 +84,6 @@ void frmNames::fillLanguages()
         lvwLangs->setCurrentItem(selected);
         lvwLangs->scrollToItem(selected);
     }
-}
-
-void frmNames::placeOverEditor()
-{
-    const QList<QWidget *> loaded = Forms().list();
-    if (!loaded.isEmpty() && loaded.first() != this)
-        move(loaded.first()->geometry().center() - rect().center());
 }
 
 void frmNames::lblStart_Change()

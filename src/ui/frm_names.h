@@ -53,7 +53,6 @@ protected:
 
 private:
     void fillLanguages();
-    void placeOverEditor();
 };
 
 } // namespace lx::ui

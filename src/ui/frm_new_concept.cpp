@@ -8,6 +8,7 @@
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/named.h"
+#include "ui/window_place.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -91,8 +92,6 @@ frmNewConcept::frmNewConcept()
             [this] { RunCommand([this] { lblRefresh_Change(); }); });
 
     FillParentList();
-    if (frmOntoEdit *editor = Forms().Find<frmOntoEdit>())
-        move(editor->geometry().center() - rect().center());
 }
 
 void frmNewConcept::FillParentList()
@@ -200,8 +199,7 @@ void frmNewConcept::SetUpAsInverse(const QWidget &owner)
     cmdAddInv->setEnabled(true);
     cmdAddInv->setDefault(true);
     cmdClose->setText(QStringLiteral("&Cancel"));
-    // Its left edge at the middle of the owner, at the owner's top.
-    move(owner.geometry().center().x(), owner.geometry().top());
+    PlaceOver(*this, &owner);
 }
 
 void frmNewConcept::cmdAddInv_Click()

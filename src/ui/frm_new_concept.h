@@ -35,7 +35,7 @@ public:
     void lblRefresh_Change();
     int txtConcept_KeyPress(int key);
 
-    // Makes this instance the inverse dialog of the relation dialog `owner`.
+    // Makes this instance the inverse dialog of the relation dialog `owner`, over it.
     void SetUpAsInverse(const QWidget &owner);
     // The selected parent: the text of dblParents, empty if no row is selected.
     QString ParentText() const;

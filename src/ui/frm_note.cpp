@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace lx::ui {
@@ -22,6 +23,12 @@ frmNote::frmNote()
 {
     setObjectName(QStringLiteral("frmNote"));
     txtNote->setToolTip(QStringLiteral("Type in your note here"));
+    txtNote->setTabChangesFocus(true);
+    cmdOK->setDefault(true);
+    // Enter makes a new line in the note; Ctrl+Enter presses OK.
+    for (const QKeySequence &keys :
+         {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, cmdOK, &QPushButton::click);
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     for (QPushButton *button : {cmdOK, cmdDelete, cmdCancel})
@@ -29,6 +36,7 @@ frmNote::frmNote()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(txtNote);
     layout->addLayout(buttons);
+    resize(420, 260);
     connect(cmdOK, &QPushButton::clicked, this, &frmNote::cmdOK_Click);
     connect(cmdDelete, &QPushButton::clicked, this, &frmNote::cmdDelete_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmNote::cmdCancel_Click);

@@ -1,6 +1,7 @@
 #include "ui/frm_note_list.h"
 
 #include "core/command.h"
+#include "core/file_steps.h"
 #include "core/interaction.h"
 #include "ontology/edit/notes.h"
 #include "ui/forms.h"
@@ -9,11 +10,38 @@
 #include "ui/named.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace lx::ui {
+
+namespace {
+
+// A note wraps in the width of its column, and its row grows to hold it.
+class WrappingDelegate : public QStyledItemDelegate {
+public:
+    explicit WrappingDelegate(QTreeView *view) : QStyledItemDelegate(view), m_view(view) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        const QSize hint = QStyledItemDelegate::sizeHint(option, index);
+        constexpr int Margins = 8;
+        const int width = std::max(m_view->columnWidth(index.column()) - Margins, Margins);
+        const QRect text = option.fontMetrics.boundingRect(
+            QRect(0, 0, width, 1 << 20), Qt::TextWordWrap, index.data().toString());
+        return {hint.width(), std::max(hint.height(), text.height() + Margins / 2)};
+    }
+
+private:
+    QTreeView *m_view;
+};
+
+} // namespace
 
 frmNoteList::frmNoteList()
     : ListView1(Named(new QTreeWidget(this), QStringLiteral("ListView1"))),
@@ -28,6 +56,17 @@ frmNoteList::frmNoteList()
         {QStringLiteral("Concept"), QStringLiteral("Date"), QStringLiteral("Note")});
     ListView1->setRootIsDecorated(false);
     ListView1->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    ListView1->setAlternatingRowColors(true);
+    // A note shows whole: its lines wrap in the column and the row grows to hold them.
+    ListView1->setWordWrap(true);
+    ListView1->setUniformRowHeights(false);
+    ListView1->setTextElideMode(Qt::ElideNone);
+    ListView1->setColumnWidth(0, 160);
+    ListView1->setColumnWidth(1, 140);
+    ListView1->setItemDelegateForColumn(2, new WrappingDelegate(ListView1));
+    // Row heights follow the width the note column gets.
+    connect(ListView1->header(), &QHeaderView::sectionResized, ListView1,
+            [this] { ListView1->doItemsLayout(); });
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     for (QPushButton *button : {cmdEdit, cmdDelete, cmdClose})
@@ -35,6 +74,7 @@ frmNoteList::frmNoteList()
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(ListView1); // the layout fits the list to the window
     layout->addLayout(buttons);
+    resize(720, 420);
     connect(cmdEdit, &QPushButton::clicked, this, Command(this, &frmNoteList::cmdEdit_Click));
     connect(cmdDelete, &QPushButton::clicked, this, Command(this, &frmNoteList::cmdDelete_Click));
     connect(cmdClose, &QPushButton::clicked, this, &frmNoteList::cmdClose_Click);
@@ -48,9 +88,13 @@ void frmNoteList::FillList()
         auto *item = new QTreeWidgetItem(ListView1);
         item->setText(0, row.Concept);
         if (!row.Date.isNull())
-            item->setText(1, row.Date.toString());
-        if (!row.Note.isNull())
+            item->setText(1, DateToText(row.Date.toDateTime()));
+        if (!row.Note.isNull()) {
             item->setText(2, row.Note.toString());
+            item->setToolTip(2, row.Note.toString());
+        }
+        for (int column = 0; column < 3; ++column)
+            item->setTextAlignment(column, Qt::AlignLeft | Qt::AlignTop);
     }
 }
 

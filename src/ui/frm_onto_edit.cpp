@@ -10,6 +10,7 @@
 #include "ui/frm_onto_options.h"
 #include "ui/frm_properties.h"
 #include "ui/images.h"
+#include "ui/window_place.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -24,6 +25,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QSplitter>
 #include <QStringListModel>
 #include <QTabWidget>
 #include <QTextCursor>
@@ -50,14 +52,19 @@ QString SelectionOf(const QTextCursor &cursor)
 frmOntoEdit::frmOntoEdit()
 {
     setObjectName(QStringLiteral("frmOntoEdit"));
-    resize(980, 700);
     buildMenus();
     buildPopupMenus();
     buildToolBar();
     buildCentre();
     buildStatusBar();
     routeMenus();
+    buildShortcuts();
     fixListColumns();
+    // Where the last run left it, else centred in a size that suits the screen.
+    if (!RestorePlace(*this, m_splitter)) {
+        resize(FittingSize(QSize(1100, 760)));
+        PlaceOver(*this, nullptr);
+    }
     setAcceptDrops(true);
 
     connectList();
@@ -217,6 +224,7 @@ void frmOntoEdit::mnuFileProperties_Click()
 // Ends the program at once: the windows aren't unloaded one by one.
 void frmOntoEdit::mnuFileExit_Click()
 {
+    SavePlace(*this, m_splitter);
     if (!Process().OntoPath.isEmpty())
         CloseOntology(*this, Process().OntoPath);
     QCoreApplication::exit(0);
@@ -224,6 +232,7 @@ void frmOntoEdit::mnuFileExit_Click()
 
 void frmOntoEdit::closeEvent(QCloseEvent *event)
 {
+    SavePlace(*this, m_splitter);
     if (!Process().OntoPath.isEmpty())
         CloseOntology(*this, Process().OntoPath);
     const QList<QWidget *> forms = Forms().list();
@@ -268,14 +277,12 @@ void frmOntoEdit::mnuHelpTool_Click()
 
 void frmOntoEdit::mnuHelpAbout_Click()
 {
-    auto &about = Forms().Get<frmAbout>();
-    UI().ShowModal(&about);
-    Forms().Unload(&about);
+    ShowAbout();
 }
 
 void frmOntoEdit::NotAvailableYet()
 {
-    UI().MsgBox(QStringLiteral("This command is not available yet."));
+    lx::ui::NotAvailableYet();
 }
 
 void frmOntoEdit::popUp(QMenu *menu)
@@ -304,6 +311,7 @@ bool frmOntoEdit::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == txtCptSearch)
         return searchBoxEvent(event) || QMainWindow::eventFilter(watched, event);
+    // A double click on the definition edits it.
     if (watched == txtDef->viewport() && event->type() == QEvent::MouseButtonDblClick) {
         RunCommand([this] { txtDef_DblClick(); });
         return true;

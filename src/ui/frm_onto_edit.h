@@ -21,6 +21,7 @@ class QListWidget;
 class QMenu;
 class QPlainTextEdit;
 class QRadioButton;
+class QSplitter;
 class QStringListModel;
 class QTabWidget;
 class QToolBar;
@@ -191,6 +192,7 @@ private:
     QWidget *buildRelativesTab();
     QWidget *buildInheritanceTab();
     void buildStatusBar();
+    void buildShortcuts();
     void fixListColumns();
 
     void setOntologyCommands(bool enabled);
@@ -211,6 +213,7 @@ private:
 
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
+    QSplitter *m_splitter = nullptr; // between the concept list and the view
     QStringListModel *m_listModel = nullptr;
     QList<ListRow> m_listRows;
     QString m_listField = QStringLiteral("Concept");

@@ -11,6 +11,7 @@
 #include "ui/frm_names.h"
 #include "ui/frm_new_concept.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/window_place.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -39,10 +40,7 @@ bool IsSlotDialog(const QString &caption)
 // The dialog's one instance, shown without an owner; it stays open between adds.
 void frmOntoEdit::mnuConceptAdd_Click()
 {
-    auto &dialog = Forms().Get<frmNewConcept>();
-    dialog.show();
-    dialog.raise();
-    dialog.activateWindow();
+    ShowOverMain(Forms().Get<frmNewConcept>());
 }
 
 void frmOntoEdit::lblNewCpt_Change()

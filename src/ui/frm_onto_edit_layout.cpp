@@ -315,6 +315,7 @@ void frmOntoEdit::buildCentre()
     splitter->addWidget(tbsEdit);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({270, 690});
+    m_splitter = splitter;
     auto *centre = new QWidget(this);
     auto *layout = new QVBoxLayout(centre);
     layout->setContentsMargins(6, 6, 6, 0);
@@ -330,6 +331,10 @@ QWidget *frmOntoEdit::buildDescriptionTab()
 {
     auto *tab = new QWidget(tbsEdit);
     txtDef = Named(new QPlainTextEdit(tab), QStringLiteral("txtDef"));
+    // The definition changes only through its own command; the box shows it and lets the
+    // user select and copy.
+    txtDef->setReadOnly(true);
+    txtDef->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtDef->installEventFilter(this);
     txtDef->viewport()->installEventFilter(this); // the double click lands on the viewport
     lstISA = MakeList(tab, QStringLiteral("lstISA"));
@@ -387,12 +392,14 @@ QWidget *frmOntoEdit::buildInheritanceTab()
     auto *tab = new QWidget(tbsEdit);
     fraInherit =
         Named(new QGroupBox(QStringLiteral("Inheritance"), tab), QStringLiteral("fraInherit"));
-    optOff = Named(new QRadioButton(QStringLiteral("No Inheritance (Fast)"), fraInherit),
-                   QStringLiteral("optOff"));
-    optCumulative = Named(new QRadioButton(QStringLiteral("True inheritance (Slow)"), fraInherit),
+    optOff = Named(new QRadioButton(QStringLiteral("Off"), fraInherit), QStringLiteral("optOff"));
+    optCumulative = Named(new QRadioButton(QStringLiteral("Cumulative"), fraInherit),
                           QStringLiteral("optCumulative"));
-    optExclusive = Named(new QRadioButton(QStringLiteral("Examine mode (Slower)"), fraInherit),
+    optExclusive = Named(new QRadioButton(QStringLiteral("Exclusive"), fraInherit),
                          QStringLiteral("optExclusive"));
+    optOff->setToolTip(QStringLiteral("No Inheritance (Fast)"));
+    optCumulative->setToolTip(QStringLiteral("True inheritance (Slow)"));
+    optExclusive->setToolTip(QStringLiteral("Examine mode (Slower)"));
     optOff->setChecked(true);
     auto *kinds = new QVBoxLayout(fraInherit);
     for (QRadioButton *option : {optOff, optCumulative, optExclusive})
@@ -434,6 +441,25 @@ void frmOntoEdit::buildStatusBar()
         statusBar()->addWidget(panel, s);
         m_panels.append(panel);
     }
+}
+
+// The usual keys of the menu commands; Ctrl+F goes to the search box.
+void frmOntoEdit::buildShortcuts()
+{
+    mnuFileNew->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
+    mnuFileOpen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
+    mnuFileClose->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
+    mnuFileExit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    mnuHelpTool->setShortcut(QKeySequence(Qt::Key_F1));
+    auto *search = Named(new QAction(this), QStringLiteral("actSearch"));
+    search->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
+    addAction(search);
+    connect(search, &QAction::triggered, this, [this] {
+        if (!txtCptSearch->isEnabled())
+            return;
+        txtCptSearch->setFocus(Qt::ShortcutFocusReason);
+        txtCptSearch->selectAll();
+    });
 }
 
 // lvwNames: the language narrow, the name the rest; lvwInherit: three equal thirds.

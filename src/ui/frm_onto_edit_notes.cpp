@@ -3,6 +3,7 @@
 #include "ui/frm_note.h"
 #include "ui/frm_note_list.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/window_place.h"
 
 namespace lx::ui {
 
@@ -19,9 +20,7 @@ void frmOntoEdit::mnuConceptNote_Click()
 // The list is modeless: one window, brought back if already loaded.
 void frmOntoEdit::mnuToolsListNotes_Click()
 {
-    frmNoteList &list = Forms().Get<frmNoteList>();
-    list.show();
-    list.raise();
+    ShowOverMain(Forms().Get<frmNoteList>());
 }
 
 } // namespace lx::ui

@@ -200,6 +200,7 @@ QWidget *frmOntoOptions::buildSubsetsTab()
     layout->addLayout(list, 1);
     layout->addWidget(new QLabel(QStringLiteral("New Subset Definition"), tab));
     layout->addLayout(add);
+    TabOrder({ListView1, cmdActivate, cmdRemove, cmdTransfer, txtNewSubset, cmdAdd});
     return tab;
 }
 
@@ -394,6 +395,7 @@ void frmOntoOptions::cmdLink_Click()
         return;
     }
     FileDialogRequest request;
+    request.title = QStringLiteral("Link TermBase");
     request.filter = QStringLiteral("Lexarbor TermBase Files (*.ltb)|*.ltb|");
     request.initialDir = TermBasesFolder();
     const std::optional<QString> path = UI().GetOpenFileName(request);

@@ -2,6 +2,7 @@
 
 #include "core/interaction.h"
 #include "ontology/store/lifecycle.h"
+#include "ui/named.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -55,6 +56,9 @@ frmProperties::frmProperties()
     layout->addLayout(form);
     layout->addLayout(buttons);
     setMinimumWidth(440);
+    txtName->setFocus(); // typing starts in the name
+    TabOrder(
+        {txtName, txtCreated, txtModified, txtOwner, txtAuthor, txtDescription, txtContact, cmdOK});
 
     connect(cmdOK, &QPushButton::clicked, this, &frmProperties::cmdOK_Click);
 }

@@ -5,12 +5,14 @@
 #include "core/process.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
+#include "ui/frm_about.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
 #include "ui/frm_tb_options.h"
 #include "ui/frm_tb_properties.h"
 #include "ui/images.h"
 #include "ui/named.h"
+#include "ui/window_place.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -20,6 +22,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -75,17 +78,11 @@ frmTBEDitor::frmTBEDitor()
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);
         m_panels.append(panel);
     }
-    resize(760, 520);
+    setMinimumSize(470, 330);
+    resize(FittingSize(QSize(860, 600)));
     DisableEditor();
     SetCaption(BaseCaption);
     ShowCounts();
-}
-
-frmTBEDitor::~frmTBEDitor()
-{
-    // Unloaded with the ontology: the termbase goes first.
-    if (!Process().TermPath.isEmpty())
-        CloseTermbase(*this);
 }
 
 void frmTBEDitor::buildMenus()
@@ -100,9 +97,15 @@ void frmTBEDitor::buildMenus()
     mnuFilePrint = MakeItem(mnuFile, "mnuFilePrint", QStringLiteral("&Print"));
     mnuFile->addSeparator();
     mnuFileExit = MakeItem(mnuFile, "mnuFileExit", QStringLiteral("E&xit"));
+    mnuFileNew->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
+    mnuFileOPen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
+    mnuFileClose->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
 
     mnuEdit = menuBar()->addMenu(QStringLiteral("&Edit"));
     mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    mnuEditFind = MakeItem(mnuEdit, "mnuEditFind", QStringLiteral("&Find Concept"));
+    mnuEditFind->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
+    mnuEdit->addSeparator();
     mnuEditEditor = MakeItem(mnuEdit, "mnuEditEditor", QStringLiteral("&Edit Mode"));
     mnuEditBrowser = MakeItem(mnuEdit, "mnuEditBrowser", QStringLiteral("&Browse Mode"));
     mnuEditEditor->setCheckable(true);
@@ -115,6 +118,9 @@ void frmTBEDitor::buildMenus()
 
     mnuHelp = menuBar()->addMenu(QStringLiteral("&Help"));
     mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
+    mnuHelpTool = MakeItem(mnuHelp, "mnuHelpTool", QStringLiteral("&Help Tool"));
+    mnuHelpTool->setShortcut(QKeySequence(Qt::Key_F1));
+    mnuHelpAbout = MakeItem(mnuHelp, "mnuHelpAbout", QStringLiteral("&About"));
 
     const auto route = [this](QAction *item, void (frmTBEDitor::*handler)()) {
         connect(item, &QAction::triggered, this, Command(this, handler));
@@ -125,7 +131,13 @@ void frmTBEDitor::buildMenus()
     route(mnuFileProperties, &frmTBEDitor::mnuFileProperties_Click);
     route(mnuFileExit, &frmTBEDitor::mnuFileExit_Click);
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
-    // mnuFilePrint has no action behind it; the modes come with the element tree.
+    route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
+    connect(mnuHelpAbout, &QAction::triggered, this, [] { RunCommand(ShowAbout); });
+    for (QAction *mode : {mnuEditEditor, mnuEditBrowser})
+        route(mode, &frmTBEDitor::mnuEditMode_Click);
+    // Printing, finding and the modes come with the element tree.
+    for (QAction *later : {mnuFilePrint, mnuEditFind})
+        connect(later, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
 }
 
 void frmTBEDitor::buildToolBar()
@@ -134,14 +146,17 @@ void frmTBEDitor::buildToolBar()
     ToolBar1->setObjectName(QStringLiteral("ToolBar1"));
     ToolBar1->setMovable(false);
     ToolBar1->setIconSize(QSize(24, 24));
+    ToolBar1->setToolButtonStyle(Qt::ToolButtonIconOnly);
     int place = 1;
     for (const ToolButtonDef &def : ToolButtons) {
         for (; place < def.place; ++place)
             m_places.append(ToolBar1->addSeparator());
         const QString key = QString::fromLatin1(def.key);
-        QAction *button = ToolBar1->addAction(Image(key), key);
+        const QString tip = QString::fromLatin1(def.tip);
+        QAction *button = ToolBar1->addAction(Image(key), tip);
         button->setObjectName(key);
-        button->setToolTip(QString::fromLatin1(def.tip));
+        button->setToolTip(tip);
+        button->setProperty("imageKey", key);
         connect(button, &QAction::triggered, this, [this, key] { ToolBar1_ButtonClick(key); });
         m_places.append(button);
         ++place;
@@ -150,33 +165,41 @@ void frmTBEDitor::buildToolBar()
 
 void frmTBEDitor::buildCentre()
 {
-    auto *centre = new QWidget(this);
-    lblTree1 = Named(new QLabel(QStringLiteral("ELEMENTS"), centre), QStringLiteral("lblTree1"));
-    Tree1 = Named(new QTreeWidget(centre), QStringLiteral("Tree1"));
+    auto *left = new QWidget(this);
+    lblTree1 = Named(new QLabel(QStringLiteral("ELEMENTS"), left), QStringLiteral("lblTree1"));
+    Tree1 = Named(new QTreeWidget(left), QStringLiteral("Tree1"));
     Tree1->setHeaderHidden(true);
-    fraEdit = Named(new QGroupBox(centre), QStringLiteral("fraEdit"));
+    fraEdit = Named(new QGroupBox(left), QStringLiteral("fraEdit"));
     fraEdit->hide();
+    auto *right = new QWidget(this);
     lblTree2 =
-        Named(new QLabel(QStringLiteral("DATA CATEGORIES"), centre), QStringLiteral("lblTree2"));
-    Tree2 = Named(new QTreeWidget(centre), QStringLiteral("Tree2"));
+        Named(new QLabel(QStringLiteral("DATA CATEGORIES"), right), QStringLiteral("lblTree2"));
+    Tree2 = Named(new QTreeWidget(right), QStringLiteral("Tree2"));
     Tree2->setHeaderHidden(true);
-    ListView1 = Named(new QListWidget(centre), QStringLiteral("ListView1"));
+    ListView1 = Named(new QListWidget(right), QStringLiteral("ListView1"));
     ListView1->hide();
-    picBrowser = Named(new QWidget(centre), QStringLiteral("picBrowser"));
+    picBrowser = Named(new QWidget(right), QStringLiteral("picBrowser"));
     picBrowser->hide();
 
-    auto *left = new QVBoxLayout;
-    left->addWidget(lblTree1);
-    left->addWidget(Tree1, 1);
-    left->addWidget(fraEdit);
-    auto *right = new QVBoxLayout;
-    right->addWidget(lblTree2);
-    right->addWidget(Tree2, 1);
-    right->addWidget(ListView1, 1);
-    right->addWidget(picBrowser, 1);
-    auto *layout = new QHBoxLayout(centre);
-    layout->addLayout(left, 1);
-    layout->addLayout(right, 1);
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(lblTree1);
+    leftLayout->addWidget(Tree1, 1);
+    leftLayout->addWidget(fraEdit);
+    auto *rightLayout = new QVBoxLayout(right);
+    rightLayout->setContentsMargins(0, 0, 0, 0);
+    rightLayout->addWidget(lblTree2);
+    rightLayout->addWidget(Tree2, 1);
+    rightLayout->addWidget(ListView1, 1);
+    rightLayout->addWidget(picBrowser, 1);
+    splitter = Named(new QSplitter(this), QStringLiteral("splitter"));
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(left);
+    splitter->addWidget(right);
+    auto *centre = new QWidget(this);
+    auto *layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(6, 6, 6, 0);
+    layout->addWidget(splitter);
     setCentralWidget(centre);
 }
 
@@ -312,17 +335,26 @@ TermbaseOptionsChoice frmTBEDitor::ShowTermbaseOptions(const TermbaseOptionsChoi
     return choice;
 }
 
+// The places whose commands aren't built yet say so.
 void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
 {
     const std::pair<const char *, QAction *> routes[] = {
-        {"new", mnuFileNew},     {"open", mnuFileOPen},
-        {"close", mnuFileClose}, {"properties", mnuFileProperties},
+        {"new", mnuFileNew},
+        {"open", mnuFileOPen},
+        {"close", mnuFileClose},
+        {"find", mnuEditFind},
+        {"properties", mnuFileProperties},
+        {"editor", mnuEditEditor},
+        {"browser", mnuEditBrowser},
         {"print", mnuFilePrint},
     };
     for (const auto &[name, item] : routes) {
-        if (key == QLatin1String(name))
+        if (key == QLatin1String(name)) {
             item->trigger();
+            return;
+        }
     }
+    RunCommand(NotAvailableYet);
 }
 
 void frmTBEDitor::mnuFileNew_Click()
@@ -357,21 +389,46 @@ void frmTBEDitor::mnuToolsOptions_Click()
     SetTermbaseOptions(*this);
 }
 
+void frmTBEDitor::mnuHelpTool_Click()
+{
+    UI().MsgBox(QStringLiteral("Not yet!"));
+}
+
+void frmTBEDitor::mnuEditMode_Click()
+{
+    mnuEditEditor->setChecked(true);
+    mnuEditBrowser->setChecked(false);
+    NotAvailableYet();
+}
+
+// Closing the window unloads it.
 void frmTBEDitor::closeEvent(QCloseEvent *event)
 {
+    RunCommand([this] { Forms().Unload(this); });
+    event->accept();
+}
+
+void frmTBEDitor::Form_Unload()
+{
+    if (isVisible())
+        SavePlace(*this, splitter);
     CloseTermbaseCommand(*this);
     for (QWidget *form : Forms().WithCaptionLike(u"Find"))
         Forms().Unload(form);
     for (QWidget *form : Forms().WithCaptionLike(u"*Help"))
         Forms().Unload(form);
-    event->accept();
 }
 
+// Where it stood in the last run, else over the ontology editor.
 void ShowTermbaseEditor()
 {
     frmTBEDitor &editor = Forms().Get<frmTBEDitor>();
-    editor.show();
-    editor.raise();
+    if (!editor.isVisible() && RestorePlace(editor, editor.splitter)) {
+        editor.show();
+        editor.raise();
+        return;
+    }
+    ShowOverMain(editor);
 }
 
 } // namespace lx::ui

@@ -2,6 +2,7 @@
 
 #include "core/signal_label.h"
 #include "termbase/store/tb_editor.h"
+#include "ui/forms.h"
 
 #include <QList>
 #include <QMainWindow>
@@ -11,6 +12,7 @@ class QGroupBox;
 class QLabel;
 class QListWidget;
 class QMenu;
+class QSplitter;
 class QToolBar;
 class QTreeWidget;
 
@@ -19,12 +21,11 @@ namespace lx::ui {
 // The termbase editor: the element tree on the left, the data category pane (or, in Browse
 // Mode, the browser) on the right. Shown, not modal, from the ontology editor; its handlers are
 // a thin layer over the termbase life cycle.
-class frmTBEDitor : public QMainWindow, public TermbaseEditor {
+class frmTBEDitor : public QMainWindow, public TermbaseEditor, public UnloadSteps {
     Q_OBJECT
 
 public:
     frmTBEDitor();
-    ~frmTBEDitor() override;
 
     // Toolbar places count from 1, separators included, as the handlers name them.
     static constexpr int ToolBarPlaces = 20;
@@ -59,11 +60,18 @@ public:
     void mnuFileProperties_Click();
     void mnuFileExit_Click();
     void mnuToolsOptions_Click();
+    void mnuHelpTool_Click();
+    // Edit Mode stays until the modes are built.
+    void mnuEditMode_Click();
+    // The termbase closes first, then the windows that belong to the editor go; the editor's
+    // place is kept for the next run.
+    void Form_Unload() override;
 
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
         *mnuFileExit;
-    QAction *mnuEditEditor, *mnuEditBrowser, *mnuToolsOptions;
+    QAction *mnuEditFind, *mnuEditEditor, *mnuEditBrowser, *mnuToolsOptions;
+    QAction *mnuHelpTool, *mnuHelpAbout;
     QToolBar *ToolBar1;
     QLabel *lblTree1, *lblTree2;
     QTreeWidget *Tree1, *Tree2;
@@ -71,6 +79,8 @@ public:
     QListWidget *ListView1;
     QWidget *picBrowser;
     QGroupBox *fraEdit;
+    // Between the element tree and the category pane.
+    QSplitter *splitter;
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -70,7 +70,7 @@ frmTransfer::frmTransfer()
     cbxTo->addItems(names);
 }
 
-frmTransfer::~frmTransfer()
+void frmTransfer::Form_Unload()
 {
     m_source.Close();
 }

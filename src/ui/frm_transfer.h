@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ontology/edit/subsets.h"
+#include "ui/forms.h"
 
 #include <QDialog>
 
@@ -11,12 +12,14 @@ class QTreeWidget;
 namespace lx::ui {
 
 // "Subset Transfer": the concepts of one subset, ticked and moved to another.
-class frmTransfer : public QDialog {
+class frmTransfer : public QDialog, public UnloadSteps {
     Q_OBJECT
 
 public:
     frmTransfer();
-    ~frmTransfer() override;
+
+    // The source's concepts are let go.
+    void Form_Unload() override;
 
     // The source's concepts in the list, the count and name in its head.
     void cbxFrom_Click();

@@ -1,6 +1,7 @@
 #include "ui/images.h"
 
 #include <QHash>
+#include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -261,6 +262,147 @@ void DrawHelp(QPainter &p)
     p.drawText(QRectF(4, 4, 24, 24), Qt::AlignCenter, QStringLiteral("?"));
 }
 
+// The termbase editor's images.
+
+void DrawFind(QPainter &p)
+{
+    p.setPen(Outline(Ink, 3.2));
+    p.drawLine(QPointF(19.5, 19.5), QPointF(27.5, 27.5));
+    p.setPen(Outline(Ink, 2));
+    p.setBrush(LightBlue);
+    p.drawEllipse(QPointF(13, 13), 8.5, 8.5);
+    p.setPen(Outline(Paper, 1.6));
+    p.drawArc(QRectF(8, 8, 10, 10), 100 * 16, 70 * 16);
+}
+
+// A term entry: a card with a coloured head.
+void DrawEntry(QPainter &p)
+{
+    p.setPen(Outline(Ink));
+    p.setBrush(Paper);
+    p.drawRoundedRect(QRectF(3.5, 6, 23, 19), 2, 2);
+    p.setPen(Qt::NoPen);
+    p.setBrush(Blue);
+    p.drawRect(QRectF(4.3, 6.8, 21.4, 4.5));
+    DrawLines(p, 7.5, 20, 15.5, 2, QColor(0xb8, 0xc0, 0xcc));
+    DrawBadge(p, QPointF(24, 24), Green, Mark::Plus);
+}
+
+// A term: a word on a tag.
+void DrawTerm(QPainter &p)
+{
+    QPainterPath tag;
+    tag.moveTo(3, 9);
+    tag.lineTo(21, 9);
+    tag.lineTo(27, 15.5);
+    tag.lineTo(21, 22);
+    tag.lineTo(3, 22);
+    tag.closeSubpath();
+    p.setPen(Outline(Blue.darker(130)));
+    p.setBrush(LightBlue);
+    p.drawPath(tag);
+    QFont font(QStringLiteral("Sans Serif"));
+    font.setBold(true);
+    font.setPixelSize(10);
+    p.setFont(font);
+    p.setPen(Ink);
+    p.drawText(QRectF(3, 9, 18, 13), Qt::AlignCenter, QStringLiteral("Ab"));
+    DrawBadge(p, QPointF(24, 24), Green, Mark::Plus);
+}
+
+void DrawDelete(QPainter &p)
+{
+    p.setPen(Outline(Ink, 1.5));
+    p.setBrush(QColor(0xe4, 0xe7, 0xec));
+    QPainterPath bin;
+    bin.moveTo(8, 10);
+    bin.lineTo(24, 10);
+    bin.lineTo(22.5, 28);
+    bin.lineTo(9.5, 28);
+    bin.closeSubpath();
+    p.drawPath(bin);
+    p.drawLine(QPointF(5.5, 7.5), QPointF(26.5, 7.5));
+    p.drawLine(QPointF(13, 7.5), QPointF(13.5, 4.5));
+    p.drawLine(QPointF(13.5, 4.5), QPointF(18.5, 4.5));
+    p.drawLine(QPointF(18.5, 4.5), QPointF(19, 7.5));
+    p.setPen(Outline(Red, 2.2));
+    p.drawLine(QPointF(12.5, 14.5), QPointF(19.5, 23.5));
+    p.drawLine(QPointF(19.5, 14.5), QPointF(12.5, 23.5));
+}
+
+// Edit Mode: a pencil over a line of text.
+void DrawPencil(QPainter &p)
+{
+    DrawLines(p, 4, 16, 27, 1, QColor(0xb8, 0xc0, 0xcc));
+    p.save();
+    p.translate(16, 15);
+    p.rotate(45);
+    p.setPen(Outline(DarkAmber, 1.3));
+    p.setBrush(Amber);
+    p.drawRect(QRectF(-3.2, -12, 6.4, 17));
+    p.setBrush(Red);
+    p.drawRect(QRectF(-3.2, -14.5, 6.4, 3));
+    QPainterPath tip;
+    tip.moveTo(-3.2, 5);
+    tip.lineTo(3.2, 5);
+    tip.lineTo(0, 11);
+    tip.closeSubpath();
+    p.setBrush(QColor(0xf3, 0xdd, 0xb5));
+    p.drawPath(tip);
+    p.restore();
+}
+
+// Browse Mode: a globe.
+void DrawGlobe(QPainter &p)
+{
+    const QPointF centre(16, 16);
+    p.setPen(Outline(Blue.darker(130), 1.6));
+    p.setBrush(LightBlue);
+    p.drawEllipse(centre, 12.5, 12.5);
+    p.setBrush(Qt::NoBrush);
+    p.setPen(Outline(Blue, 1.3));
+    p.drawEllipse(centre, 5.5, 12.5);
+    p.drawLine(QPointF(16, 3.5), QPointF(16, 28.5));
+    p.drawLine(QPointF(3.5, 16), QPointF(28.5, 16));
+    p.drawLine(QPointF(6, 9.5), QPointF(26, 9.5));
+    p.drawLine(QPointF(6, 22.5), QPointF(26, 22.5));
+}
+
+void DrawArrow(QPainter &p, bool forward)
+{
+    if (!forward) {
+        p.translate(Grid, 0);
+        p.scale(-1, 1);
+    }
+    QPainterPath arrow;
+    arrow.moveTo(4, 12.5);
+    arrow.lineTo(16, 12.5);
+    arrow.lineTo(16, 6);
+    arrow.lineTo(28, 16);
+    arrow.lineTo(16, 26);
+    arrow.lineTo(16, 19.5);
+    arrow.lineTo(4, 19.5);
+    arrow.closeSubpath();
+    p.setPen(Outline(Blue.darker(130), 1.5));
+    p.setBrush(Blue);
+    p.drawPath(arrow);
+}
+
+void DrawRefresh(QPainter &p)
+{
+    p.setPen(Outline(Green, 3.2));
+    p.setBrush(Qt::NoBrush);
+    p.drawArc(QRectF(6, 6, 20, 20), 60 * 16, 280 * 16);
+    QPainterPath head;
+    head.moveTo(17, 1.5);
+    head.lineTo(25.5, 6.5);
+    head.lineTo(17.5, 12.5);
+    head.closeSubpath();
+    p.setPen(Outline(Green, 1.2));
+    p.setBrush(Green);
+    p.drawPath(head);
+}
+
 using Drawing = std::function<void(QPainter &)>;
 
 const QHash<QString, Drawing> &Drawings()
@@ -277,6 +419,15 @@ const QHash<QString, Drawing> &Drawings()
         {QStringLiteral("note-in"), [](QPainter &p) { DrawNote(p, true); }},
         {QStringLiteral("tbeditor"), DrawTermbaseEditor},
         {QStringLiteral("help"), DrawHelp},
+        {QStringLiteral("find"), DrawFind},
+        {QStringLiteral("concept"), DrawEntry},
+        {QStringLiteral("term"), DrawTerm},
+        {QStringLiteral("delete"), DrawDelete},
+        {QStringLiteral("editor"), DrawPencil},
+        {QStringLiteral("browser"), DrawGlobe},
+        {QStringLiteral("back"), [](QPainter &p) { DrawArrow(p, false); }},
+        {QStringLiteral("forward"), [](QPainter &p) { DrawArrow(p, true); }},
+        {QStringLiteral("refresh"), DrawRefresh},
     };
     return drawings;
 }
@@ -293,6 +444,20 @@ QPixmap Render(const Drawing &draw, int size)
     return pixmap;
 }
 
+// The image of a command that can't be used now: grey and faded, whatever its colours.
+QPixmap Disabled(const QPixmap &pixmap)
+{
+    QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int grey = 96 + qGray(line[x]) / 2;
+            line[x] = qRgba(grey, grey, grey, qAlpha(line[x]) * 2 / 5);
+        }
+    }
+    return QPixmap::fromImage(image);
+}
+
 } // namespace
 
 QIcon Image(const QString &key)
@@ -301,8 +466,11 @@ QIcon Image(const QString &key)
     if (found == Drawings().cend())
         return {};
     QIcon icon;
-    for (int size : {16, 24, 32, 48, 64})
-        icon.addPixmap(Render(*found, size));
+    for (int size : {16, 24, 32, 48, 64}) {
+        const QPixmap pixmap = Render(*found, size);
+        icon.addPixmap(pixmap);
+        icon.addPixmap(Disabled(pixmap), QIcon::Disabled);
+    }
     return icon;
 }
 

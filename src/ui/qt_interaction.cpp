@@ -1,5 +1,7 @@
 #include "ui/qt_interaction.h"
 
+#include "ui/window_place.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
@@ -193,6 +195,8 @@ std::optional<QString> QtInteraction::BrowseForFolder(const QString &title,
 
 void QtInteraction::ShowModal(QWidget *form)
 {
+    if (!form->isVisible())
+        PlaceOver(*form, QApplication::activeWindow());
     if (auto *dialog = qobject_cast<QDialog *>(form)) {
         dialog->exec();
         return;

@@ -8,6 +8,9 @@ using TestApplication = QCoreApplication;
 
 #include "support/working_folder.h"
 
+#include <QSettings>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 int main(int argc, char **argv)
@@ -19,6 +22,10 @@ int main(int argc, char **argv)
     TestApplication app(argc, argv);
     // Whatever a test writes to a relative path goes to a folder removed at the end of the run.
     const WorkingFolder runFolder;
+    // Settings the tests write go to a folder of their own, never into the user's.
+    const QTemporaryDir settings;
+    for (QSettings::Format format : {QSettings::NativeFormat, QSettings::IniFormat})
+        QSettings::setPath(format, QSettings::UserScope, settings.path());
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,11 +1,13 @@
 #include "open_ontology_fixture.h"
 #include "ui/frm_about.h"
+#include "ui/frm_names.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_onto_options.h"
 #include "ui/images.h"
 #include "ui_fixture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -171,6 +173,61 @@ TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
     ASSERT_EQ(user.calls().size(), later.size());
     for (const auto &call : user.calls())
         EXPECT_EQ(call.text, QStringLiteral("This command is not available yet."));
+}
+
+// The inheritance kinds read as words, their costs in the tool tips; the definition shows but
+// takes no typing, and a double click on it opens its own command.
+TEST_F(OntoEditTest, InheritanceCaptionsAndAReadOnlyDefinition)
+{
+    const std::pair<QRadioButton *, const char *> options[] = {
+        {form.optOff, "Off|No Inheritance (Fast)"},
+        {form.optCumulative, "Cumulative|True inheritance (Slow)"},
+        {form.optExclusive, "Exclusive|Examine mode (Slower)"},
+    };
+    for (const auto &[option, expected] : options)
+        EXPECT_EQ(option->text() + QLatin1Char('|') + option->toolTip(),
+                  QString::fromLatin1(expected));
+
+    form.EnableOntologyCommands();
+    form.txtDef->setPlainText(QStringLiteral("A feathered animal"));
+    QTest::keyClicks(form.txtDef, QStringLiteral("typed"));
+    QTest::keyClick(form.txtDef, Qt::Key_Backspace);
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
+
+    QString mode;
+    user.onModal([&mode](QWidget *dialog) {
+        auto *names = qobject_cast<lx::ui::frmNames *>(dialog);
+        ASSERT_NE(names, nullptr);
+        mode = names->lblStart->caption();
+        names->cmdCancel->click();
+    });
+    QTest::mouseDClick(form.txtDef->viewport(), Qt::LeftButton);
+    EXPECT_EQ(mode, QStringLiteral("Definition"));
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
+}
+
+// Ctrl+O, Ctrl+N and F1 reach their commands, Ctrl+F the search box; the file dialogs say what
+// they are for.
+TEST_F(OntoEditTest, TheUsualKeysReachTheirCommands)
+{
+    form.show();
+    form.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    user.answerOpenFile(std::nullopt).answerSaveFile(std::nullopt).answerMsgBox(lx::msg::OK);
+    QTest::keyClick(&form, Qt::Key_O, Qt::ControlModifier);
+    QTest::keyClick(&form, Qt::Key_N, Qt::ControlModifier);
+    QTest::keyClick(&form, Qt::Key_F1);
+    ASSERT_EQ(user.calls().size(), 3);
+    EXPECT_EQ(user.calls()[0].request.title, QStringLiteral("Open Ontology"));
+    EXPECT_EQ(user.calls()[1].request.title, QStringLiteral("New Ontology"));
+    EXPECT_EQ(user.calls()[2].text, QStringLiteral("Not yet!"));
+
+    form.EnableOntologyCommands();
+    QTest::keyClick(&form, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), form.txtCptSearch);
+    // The menus show the keys of Close and Exit.
+    EXPECT_EQ(form.mnuFileClose->shortcut(), QKeySequence(QStringLiteral("Ctrl+W")));
+    EXPECT_EQ(form.mnuFileExit->shortcut(), QKeySequence(QStringLiteral("Ctrl+Q")));
 }
 
 TEST_F(OntoEditTest, CutAndPasteInTheMenuDoNothing)

@@ -9,6 +9,8 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QRadioButton>
+#include <QScreen>
+#include <QSplitter>
 #include <QTreeWidget>
 
 namespace lx::test {
@@ -95,6 +97,84 @@ TEST_F(TermbaseEditorTest, StartsEmptyFromTheOntologyEditor)
     EXPECT_EQ(ui::Forms().WithCaptionLike(u"TermBase Editor*").size(), 1) << "one window";
 }
 
+// Every place shows its image and names its command; the commands that aren't built yet say
+// so, and the Help menu offers what the ontology editor's does.
+TEST_F(TermbaseEditorTest, ToolbarPlacesShowImagesAndUnbuiltCommandsSaySo)
+{
+    for (int place = 1; place <= frmTBEDitor::ToolBarPlaces; ++place) {
+        const QAction *button = editor->ToolButton(place);
+        if (button->isSeparator())
+            continue;
+        EXPECT_FALSE(button->icon().isNull()) << place;
+        EXPECT_EQ(button->text(), button->toolTip()) << place;
+    }
+    editor->EnableEditor();
+    const int later[] = {5, 8, 9, 11, 13, 14, 20};
+    for (int place : later) {
+        user.answerMsgBox(msg::OK);
+        editor->ToolButton(place)->trigger();
+        EXPECT_EQ(user.calls().last().text, QStringLiteral("This command is not available yet."))
+            << place;
+    }
+    EXPECT_TRUE(editor->mnuEditEditor->isChecked()) << "still in Edit Mode";
+    EXPECT_FALSE(editor->mnuEditBrowser->isChecked());
+
+    QStringList help;
+    for (const QAction *item : editor->mnuHelp->actions())
+        help << item->text();
+    EXPECT_EQ(help, (QStringList{QStringLiteral("&Help Tool"), QStringLiteral("&About")}));
+    user.answerMsgBox(msg::OK);
+    editor->mnuHelpTool->trigger();
+    EXPECT_EQ(user.calls().last().text, QStringLiteral("Not yet!"));
+}
+
+// Replacing the ontology unloads the editor at once: its termbase is closed before the file
+// dialog comes up, and nothing of it reaches the status bar of the ontology opened next.
+TEST_F(TermbaseEditorTest, ReplacingTheOntologyClosesTheTermbaseBeforeTheDialog)
+{
+    createTermbase(termbase(QStringLiteral("birds")), QStringLiteral("Bird terms"));
+    const QString fish = sample(QStringLiteral("Fish"));
+
+    struct Watcher : ScriptedUser {
+        std::optional<QString> GetOpenFileName(const FileDialogRequest &request) override
+        {
+            termPath = Process().TermPath;
+            editorLoaded = ui::Forms().Find<frmTBEDitor>() != nullptr;
+            return ScriptedUser::GetOpenFileName(request);
+        }
+        QString termPath = QStringLiteral("not asked");
+        bool editorLoaded = true;
+    } watcher;
+    watcher.answerOpenFile(fish);
+    form.mnuFileOpen->trigger();
+    EXPECT_TRUE(watcher.termPath.isEmpty());
+    EXPECT_FALSE(watcher.editorLoaded);
+
+    const QString subset = form.StatusPanel(1)->text();
+    EXPECT_FALSE(subset.isEmpty());
+    FlushDeletes();
+    EXPECT_EQ(form.StatusPanel(1)->text(), subset);
+}
+
+// The editor comes up whole on the screen and, once closed, comes back where it was left.
+TEST_F(TermbaseEditorTest, OpensOnScreenAndComesBackWhereItWasLeft)
+{
+    const QRect screen = editor->screen()->availableGeometry();
+    EXPECT_TRUE(screen.contains(editor->frameGeometry())) << "fits the screen";
+    editor->setGeometry(QRect(screen.topLeft() + QPoint(40, 50), QSize(520, 380)));
+    editor->splitter->setSizes({120, 380});
+    const QList<int> sizes = editor->splitter->sizes();
+    editor->close();
+    FlushDeletes();
+    EXPECT_EQ(ui::Forms().Find<frmTBEDitor>(), nullptr) << "closing unloads it";
+
+    form.mnuToolsTBEd->trigger();
+    editor = ui::Forms().Find<frmTBEDitor>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->geometry(), QRect(screen.topLeft() + QPoint(40, 50), QSize(520, 380)));
+    EXPECT_EQ(editor->splitter->sizes(), sizes);
+}
+
 TEST_F(TermbaseEditorTest, ATermbaseBesideItsOntologyIsRefused)
 {
     const QString path = OntologiesFolder() + QStringLiteral("birds.ltb");
@@ -117,6 +197,7 @@ TEST_F(TermbaseEditorTest, NewOpensTheTermbaseBelowItsOntologyAndCloseAndOpenFol
 
     ASSERT_EQ(callCount(), 3);
     const FileDialogRequest &save = call(0).request;
+    EXPECT_EQ(save.title, QStringLiteral("New TermBase"));
     EXPECT_EQ(save.filter, QStringLiteral("Lexarbor TB files (*.ltb)|*.ltb|"));
     EXPECT_EQ(save.defaultExt, QStringLiteral("ltb"));
     EXPECT_EQ(save.initialDir, TermBasesFolder());

@@ -3,9 +3,11 @@
 #include "core/process.h"
 #include "support/scripted_user.h"
 #include "ui/forms.h"
+#include "ui/window_place.h"
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -29,6 +31,7 @@ protected:
     {
         ui::Forms().UnloadAll();
         FlushDeletes();
+        ui::ProgramSettings()->remove(QStringLiteral("Windows")); // no window places kept
         ResetProcessState();
         if (m_oldHome.isNull())
             qunsetenv("LEXARBOR_HOME");

@@ -41,6 +41,7 @@ void CheckTermBaseLinks()
             continue;
         }
         FileDialogRequest request;
+        request.title = QStringLiteral("Find TermBase");
         request.filter = QStringLiteral("Termbase Files (*.ltb)|*.ltb|") +
                          QStringLiteral("All files (*.*)|*.*|");
         request.filterIndex = 1;

@@ -171,6 +171,7 @@ void NewOntology(OntologyEditor &editor)
         CloseOntology(editor, p.OntoPath);
     try {
         FileDialogRequest request;
+        request.title = QStringLiteral("New Ontology");
         request.filter = QStringLiteral("Ontology Files (*.ont)|*.ont|");
         request.filterIndex = 1;
         request.defaultExt = QStringLiteral("ont");
@@ -198,6 +199,7 @@ void OpenOntologyByDialog(OntologyEditor &editor)
         return;
     try {
         FileDialogRequest request;
+        request.title = QStringLiteral("Open Ontology");
         request.filter = QStringLiteral("Ontology Files (*.ont)|*.ont|") +
                          QStringLiteral("All files (*.*)|*.*|");
         request.filterIndex = 1;

@@ -188,6 +188,7 @@ void NewTermbase(TermbaseEditor &editor)
         CloseTermbaseCommand(editor);
     try {
         FileDialogRequest request;
+        request.title = QStringLiteral("New TermBase");
         request.filter = QStringLiteral("Lexarbor TB files (*.ltb)|*.ltb|");
         request.filterIndex = 1;
         request.defaultExt = QStringLiteral("ltb");
@@ -227,6 +228,7 @@ void OpenTermbaseByDialog(TermbaseEditor &editor)
         return;
     try {
         FileDialogRequest request;
+        request.title = QStringLiteral("Open TermBase");
         request.filter = QStringLiteral("Lexarbor TermBase Files (*.ltb)|*.ltb|") +
                          QStringLiteral("All files (*.*)|*.*|");
         request.filterIndex = 1;
