@@ -320,9 +320,10 @@ void Connection::close()
 {
     if (!m_db)
         return;
-    for (auto &entry : m_cache)
-        sqlite3_finalize(entry.second.stmt);
+    for (Cached &entry : m_lru)
+        sqlite3_finalize(entry.stmt);
     m_cache.clear();
+    m_lru.clear();
     sqlite3_close_v2(m_db);
     m_db = nullptr;
 }
@@ -338,9 +339,11 @@ Statement Connection::prepare(const QString &sql)
     ensureOpen();
     std::string key = sql.toStdString();
     auto it = m_cache.find(key);
-    if (it != m_cache.end() && !it->second.inUse) {
-        it->second.inUse = true;
-        return Statement(this, it->second.stmt, &it->second.inUse);
+    if (it != m_cache.end() && !it->second->inUse) {
+        m_lru.splice(m_lru.begin(), m_lru, it->second);
+        Cached &hit = m_lru.front();
+        hit.inUse = true;
+        return Statement(this, hit.stmt, &hit.inUse);
     }
     sqlite3_stmt *stmt = nullptr;
     const int rc = sqlite3_prepare_v3(m_db, key.data(), int(key.size()), SQLITE_PREPARE_PERSISTENT,
@@ -349,8 +352,26 @@ Statement Connection::prepare(const QString &sql)
         fail(rc);
     if (it != m_cache.end()) // the cached one is busy in an enclosing call: use a private copy
         return Statement(this, stmt, nullptr);
-    auto inserted = m_cache.emplace(std::move(key), Cached{stmt, true}).first;
-    return Statement(this, stmt, &inserted->second.inUse);
+    m_lru.push_front(Cached{std::move(key), stmt, true});
+    Cached &added = m_lru.front();
+    m_cache.emplace(added.sql, m_lru.begin());
+    evictStatements();
+    return Statement(this, stmt, &added.inUse);
+}
+
+// Finalizes the least recently used statements past the bound, skipping any that a Statement
+// still holds (an enclosing call stepping through it); those go on a later call.
+void Connection::evictStatements()
+{
+    auto it = m_lru.end();
+    while (m_cache.size() > kStatementCacheSize && it != m_lru.begin()) {
+        --it;
+        if (it->inUse)
+            continue;
+        sqlite3_finalize(it->stmt);
+        m_cache.erase(it->sql);
+        it = m_lru.erase(it);
+    }
 }
 
 void Connection::exec(const QString &sql)
