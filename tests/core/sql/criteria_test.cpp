@@ -165,24 +165,4 @@ TEST(Criteria, Errors)
     }
 }
 
-// Generated criteria can be long; nesting cannot be deep.
-TEST(Criteria, LongListsAndDeepNesting)
-{
-    QString many = QStringLiteral("Type = -5");
-    for (int i = 0; i < 5000; ++i)
-        many += QStringLiteral(" OR Concept = \"c%1\"").arg(i);
-    many += QStringLiteral(" OR Type = 100");
-    const Predicate p = CompileCriteria(many, Slot);
-    EXPECT_TRUE(p(kRows[2]));
-    EXPECT_FALSE(p(kRows[0]));
-    EXPECT_FALSE(CompileCriteriaSql(many, [](ColumnRef c) {
-                     return std::optional<ColumnSql>({SqlIdentifier(c.name), {}});
-                 }).isEmpty());
-
-    const QString deep = QString(1000, u'(') + QStringLiteral("Type = 1") + QString(1000, u')');
-    EXPECT_THROW(CompileCriteria(deep, Slot), StoreError);
-    EXPECT_THROW(CompileCriteria(QString(1000, u'-') + QStringLiteral("Type = 1"), Slot),
-                 StoreError);
-}
-
 } // namespace
