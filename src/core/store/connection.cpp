@@ -42,6 +42,63 @@ void likeFunction(sqlite3_context *ctx, int, sqlite3_value **argv)
     sqlite3_result_int(ctx, text::LikeNoCase(textArg(argv[0]), pattern) ? 1 : 0);
 }
 
+Cell valueCell(sqlite3_value *v)
+{
+    switch (sqlite3_value_type(v)) {
+    case SQLITE_NULL:
+        return Cell::null();
+    case SQLITE_INTEGER:
+        return Cell::fromInteger(sqlite3_value_int64(v));
+    case SQLITE_FLOAT:
+        return Cell::fromReal(sqlite3_value_double(v));
+    default:
+        return Cell::fromText(textArg(v));
+    }
+}
+
+// lx_compare(a, b): -1, 0 or 1 as the dialect orders a against b (a number against a text by the
+// text's value), Null when either is Null.
+void compareFunction(sqlite3_context *ctx, int, sqlite3_value **argv)
+{
+    const Cell a = valueCell(argv[0]);
+    const Cell b = valueCell(argv[1]);
+    if (const std::optional<int> order = sql::CompareValues(a, b))
+        sqlite3_result_int(ctx, *order < 0 ? -1 : (*order > 0 ? 1 : 0));
+    else
+        sqlite3_result_null(ctx);
+}
+
+// lx_in(x, a, b, ...): x IN (a, b, ...) with lx_compare's equality.
+void inFunction(sqlite3_context *ctx, int argc, sqlite3_value **argv)
+{
+    const Cell x = valueCell(argv[0]);
+    bool unknown = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::optional<int> order = sql::CompareValues(x, valueCell(argv[i]));
+        if (order == 0)
+            return sqlite3_result_int(ctx, 1);
+        unknown = unknown || !order;
+    }
+    if (unknown)
+        sqlite3_result_null(ctx);
+    else
+        sqlite3_result_int(ctx, 0);
+}
+
+// lx_between(x, lo, hi): x BETWEEN lo AND hi with lx_compare's order.
+void betweenFunction(sqlite3_context *ctx, int, sqlite3_value **argv)
+{
+    const Cell x = valueCell(argv[0]);
+    const std::optional<int> lo = sql::CompareValues(x, valueCell(argv[1]));
+    const std::optional<int> hi = sql::CompareValues(x, valueCell(argv[2]));
+    if ((lo && *lo < 0) || (hi && *hi > 0))
+        sqlite3_result_int(ctx, 0);
+    else if (!lo || !hi)
+        sqlite3_result_null(ctx);
+    else
+        sqlite3_result_int(ctx, 1);
+}
+
 // Connections to the same file share one change stamp, so a cursor notices writes made
 // through another handle of this process.
 std::shared_ptr<std::uint64_t> stampFor(const QString &path)
@@ -249,6 +306,12 @@ void Connection::configure(bool fresh)
     sqlite3_create_collation(m_db, "LX", SQLITE_UTF8, nullptr, collateLx);
     sqlite3_create_function(m_db, "lx_like", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
                             likeFunction, nullptr, nullptr);
+    sqlite3_create_function(m_db, "lx_compare", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                            compareFunction, nullptr, nullptr);
+    sqlite3_create_function(m_db, "lx_in", -1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                            inFunction, nullptr, nullptr);
+    sqlite3_create_function(m_db, "lx_between", 3, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
+                            betweenFunction, nullptr, nullptr);
     sqlite3_busy_timeout(m_db, 5000);
     if (fresh) {
         exec(QStringLiteral("PRAGMA application_id = %1").arg(kApplicationId));
@@ -358,9 +421,10 @@ void Connection::close()
 {
     if (!m_db)
         return;
-    for (auto &entry : m_cache)
-        sqlite3_finalize(entry.second.stmt);
+    for (Cached &entry : m_lru)
+        sqlite3_finalize(entry.stmt);
     m_cache.clear();
+    m_lru.clear();
     sqlite3_close_v2(m_db);
     m_db = nullptr;
 }
@@ -376,9 +440,11 @@ Statement Connection::prepare(const QString &sql)
     ensureOpen();
     std::string key = sql.toStdString();
     auto it = m_cache.find(key);
-    if (it != m_cache.end() && !it->second.inUse) {
-        it->second.inUse = true;
-        return Statement(this, it->second.stmt, &it->second.inUse);
+    if (it != m_cache.end() && !it->second->inUse) {
+        m_lru.splice(m_lru.begin(), m_lru, it->second);
+        Cached &hit = m_lru.front();
+        hit.inUse = true;
+        return Statement(this, hit.stmt, &hit.inUse);
     }
     sqlite3_stmt *stmt = nullptr;
     const int rc = sqlite3_prepare_v3(m_db, key.data(), int(key.size()), SQLITE_PREPARE_PERSISTENT,
@@ -387,8 +453,26 @@ Statement Connection::prepare(const QString &sql)
         fail(rc);
     if (it != m_cache.end()) // the cached one is busy in an enclosing call: use a private copy
         return Statement(this, stmt, nullptr);
-    auto inserted = m_cache.emplace(std::move(key), Cached{stmt, true}).first;
-    return Statement(this, stmt, &inserted->second.inUse);
+    m_lru.push_front(Cached{std::move(key), stmt, true});
+    Cached &added = m_lru.front();
+    m_cache.emplace(added.sql, m_lru.begin());
+    evictStatements();
+    return Statement(this, stmt, &added.inUse);
+}
+
+// Finalizes the least recently used statements past the bound, skipping any that a Statement
+// still holds (an enclosing call stepping through it); those go on a later call.
+void Connection::evictStatements()
+{
+    auto it = m_lru.end();
+    while (m_cache.size() > kStatementCacheSize && it != m_lru.begin()) {
+        --it;
+        if (it->inUse)
+            continue;
+        sqlite3_finalize(it->stmt);
+        m_cache.erase(it->sql);
+        it = m_lru.erase(it);
+    }
 }
 
 void Connection::exec(const QString &sql)

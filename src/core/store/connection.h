@@ -8,8 +8,10 @@
 #include <QVariant>
 
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 struct sqlite3;
@@ -84,6 +86,12 @@ public:
 
     std::int64_t lastInsertRowid() const;
 
+    // How many prepared statements the cache keeps at most: the least recently used one is
+    // finalized when a new one would pass this, so distinct query texts (a criteria per concept)
+    // don't pile up for as long as the file stays open.
+    static constexpr std::size_t kStatementCacheSize = 96;
+    std::size_t cachedStatements() const { return m_cache.size(); }
+
 private:
     Connection(const QString &path, sqlite3 *db);
     void configure(bool fresh);
@@ -95,11 +103,16 @@ private:
     Catalog m_catalog;
     std::vector<sql::CatalogTable> m_queryTables;
     std::shared_ptr<std::uint64_t> m_stamp;
+    void evictStatements();
+
     struct Cached {
+        std::string sql;
         sqlite3_stmt *stmt = nullptr;
-        bool inUse = false;
+        bool inUse = false; // borrowed by a live Statement: never finalized under it
     };
-    std::unordered_map<std::string, Cached> m_cache;
+    // Most recently used first; the map's keys view the texts held by the list's entries.
+    std::list<Cached> m_lru;
+    std::unordered_map<std::string_view, std::list<Cached>::iterator> m_cache;
     friend class Statement;
 };
 

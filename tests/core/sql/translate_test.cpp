@@ -54,7 +54,7 @@ const ShapeCase kShapes[] = {
      R"(SELECT "langs".rowid, "langs"."langID" FROM "langs" WHERE ((("langs"."Name" IS NOT NULL) AND ("langs"."order" IN (1, 2.5))) AND (NOT ("langs"."order" BETWEEN (- 1) AND 3))))"},
     // & reads Null as empty text; a text expression sorts by the store's collation.
     {R"(SELECT Concept & "-" & ISA AS Pair FROM ISA ORDER BY Concept & ISA)",
-     R"(SELECT "ISA".rowid, (COALESCE((COALESCE("ISA"."Concept", '') || COALESCE('-', '')), '') || COALESCE("ISA"."ISA", '')) FROM "ISA" ORDER BY (COALESCE("ISA"."Concept", '') || COALESCE("ISA"."ISA", '')) COLLATE "LX")"},
+     R"(SELECT "ISA".rowid, (COALESCE("ISA"."Concept", '') || '-' || COALESCE("ISA"."ISA", '')) FROM "ISA" ORDER BY (COALESCE("ISA"."Concept", '') || COALESCE("ISA"."ISA", '')) COLLATE "LX")"},
     // Left-nested joins lose their parentheses; a join on the right keeps them.
     {"SELECT value FROM (elements INNER JOIN TE_CONCEPTS ON elements.elemID = "
      "TE_CONCEPTS.elemID) LEFT JOIN text_values ON elements.elemID = text_values.elemID",
@@ -70,7 +70,7 @@ const ShapeCase kShapes[] = {
      R"(SELECT DISTINCT NULL, "ISA"."ISA" FROM "ISA" ORDER BY "ISA"."ISA")"},
     // A number column against a text that holds a number keeps SQLite's numeric comparison.
     {R"(SELECT Concept FROM CONCEPTS WHERE Type = "4" AND Type / 2 > 1)",
-     R"(SELECT "CONCEPTS".rowid, "CONCEPTS"."Concept" FROM "CONCEPTS" WHERE (("CONCEPTS"."Type" = '4') AND ((CAST("CONCEPTS"."Type" AS REAL) / 2) > 1)))"},
+     R"(SELECT "CONCEPTS".rowid, "CONCEPTS"."Concept" FROM "CONCEPTS" WHERE (("CONCEPTS"."Type" = 4) AND ((CAST("CONCEPTS"."Type" AS REAL) / 2) > 1)))"},
 };
 
 TEST(JetSql, EmittedShapes)

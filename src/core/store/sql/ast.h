@@ -36,6 +36,27 @@ inline bool IsComparison(BinaryOp op)
     return op <= BinaryOp::Ge;
 }
 
+// True for the expressions whose value is a truth value (comparisons, logic, LIKE, IS, IN,
+// BETWEEN).
+inline bool IsTruth(const Expr &e);
+
+// Operators whose left-nested runs ("a + b - c", "a & b & c") are written out as one flat run,
+// which SQLite reads without nesting.
+inline bool IsChainOp(BinaryOp op)
+{
+    return op == BinaryOp::Add || op == BinaryOp::Sub || op == BinaryOp::Mul ||
+           op == BinaryOp::Concat;
+}
+
+inline bool ContinuesChain(BinaryOp op, BinaryOp leftOp)
+{
+    if (op == BinaryOp::Concat || leftOp == BinaryOp::Concat)
+        return op == leftOp;
+    if (op == BinaryOp::Mul)
+        return leftOp == BinaryOp::Mul;
+    return IsChainOp(op) && (leftOp == BinaryOp::Add || leftOp == BinaryOp::Sub);
+}
+
 struct Expr {
     ExprKind kind = ExprKind::Null;
     BinaryOp op = BinaryOp::Eq;
@@ -45,6 +66,11 @@ struct Expr {
     QString text;      // literal text, date text or column name
     QString qualifier; // of a column
     std::vector<ExprPtr> args;
+
+    // Set by the parser: how deeply the SQLite text of this expression nests (see parser.cpp),
+    // and the height of its tree.
+    int nesting = 0;
+    int height = 1;
 
     // Filled in by name resolution, for columns.
     int source = -1; // index of the FROM table, when resolved against a FROM clause
@@ -56,6 +82,39 @@ struct Expr {
     // The name as written, for messages: "t.f" or "f".
     QString writtenName() const { return qualifier.isEmpty() ? text : qualifier + u'.' + text; }
 };
+
+inline bool IsTruth(const Expr &e)
+{
+    switch (e.kind) {
+    case ExprKind::Binary:
+        return IsComparison(e.op) || e.op == BinaryOp::And || e.op == BinaryOp::Or;
+    case ExprKind::Not:
+    case ExprKind::Like:
+    case ExprKind::IsNull:
+    case ExprKind::In:
+    case ExprKind::Between:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// True when e takes its operands as values, not as conditions (everything but NOT, AND, OR and
+// IS NULL).
+inline bool TakesValues(const Expr &e)
+{
+    switch (e.kind) {
+    case ExprKind::Binary:
+        return e.op != BinaryOp::And && e.op != BinaryOp::Or;
+    case ExprKind::Negate:
+    case ExprKind::Like:
+    case ExprKind::In:
+    case ExprKind::Between:
+        return true;
+    default:
+        return false;
+    }
+}
 
 struct SelectItem {
     enum Kind { Star, TableStar, Value } kind = Value;

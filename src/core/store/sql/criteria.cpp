@@ -2,9 +2,11 @@
 #include "core/store/sql/jetsql.h"
 #include "core/text/collation.h"
 #include "core/text/like.h"
+#include "emit.h"
 #include "parser.h"
 
 #include <charconv>
+#include <cmath>
 #include <forward_list>
 #include <memory>
 #include <string>
@@ -12,6 +14,25 @@
 // FindFirst criteria over rows held in memory: the parsed expression becomes a tree of nodes
 // built once; a row is then tested without allocating, unless the criteria concatenate text.
 namespace lx::store::sql {
+
+namespace detail {
+
+std::optional<double> TextNumber(std::string_view s)
+{
+    while (!s.empty() && s.front() == ' ')
+        s.remove_prefix(1);
+    while (!s.empty() && s.back() == ' ')
+        s.remove_suffix(1);
+    if (s.empty())
+        return std::nullopt;
+    double v = 0;
+    const auto r = std::from_chars(s.data(), s.data() + s.size(), v);
+    if (r.ec != std::errc() || r.ptr != s.data() + s.size() || !std::isfinite(v))
+        return std::nullopt;
+    return v;
+}
+
+} // namespace detail
 
 namespace {
 
@@ -38,21 +59,6 @@ struct Scratch {
         return strings.front();
     }
 };
-
-std::optional<double> TextNumber(std::string_view s)
-{
-    while (!s.empty() && s.front() == ' ')
-        s.remove_prefix(1);
-    while (!s.empty() && s.back() == ' ')
-        s.remove_suffix(1);
-    if (s.empty())
-        return std::nullopt;
-    double v = 0;
-    const auto r = std::from_chars(s.data(), s.data() + s.size(), v);
-    if (r.ec != std::errc() || r.ptr != s.data() + s.size())
-        return std::nullopt;
-    return v;
-}
 
 double AsDouble(const Cell &c)
 {
@@ -107,6 +113,12 @@ std::optional<int> Order(const Cell &a, const Cell &b, const std::optional<doubl
     return std::nullopt;
 }
 
+// Where a stands against b when Order cannot say: every number before every text.
+int Unordered(const Cell &a)
+{
+    return IsNumber(a) ? -1 : 1;
+}
+
 Tri Compare(const Cell &a, const Cell &b, BinaryOp op,
             const std::optional<double> *textNumber = nullptr)
 {
@@ -120,7 +132,7 @@ Tri Compare(const Cell &a, const Cell &b, BinaryOp op,
         case BinaryOp::Ne:
             return Tri::True;
         default: {
-            const int c = IsNumber(a) ? -1 : 1;
+            const int c = Unordered(a);
             return FromBool(op == BinaryOp::Lt || op == BinaryOp::Le ? c < 0 : c > 0);
         }
         }
@@ -586,6 +598,13 @@ private:
 };
 
 } // namespace
+
+std::optional<int> CompareValues(const Cell &a, const Cell &b)
+{
+    if (a.kind == Cell::Null || b.kind == Cell::Null)
+        return std::nullopt;
+    return Order(a, b, nullptr).value_or(Unordered(a));
+}
 
 Predicate CompileCriteria(QStringView criteria,
                           const std::function<std::optional<ColumnSlot>(ColumnRef)> &column)

@@ -2,6 +2,9 @@
 
 #include "core/store/sql/jetsql.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace lx::store::sql {
 
 QString SqlLiteral(QStringView text)
@@ -45,27 +48,51 @@ namespace {
 
 const QString kCollate = QStringLiteral(" COLLATE \"LX\"");
 
-bool IsNumericColumn(const Expr &e)
+// What a value is when the statement runs, as far as the text of the expression tells.
+enum class Kind { Text, Number, Null, Unknown };
+
+Kind KindOf(const Expr &e)
 {
-    return e.kind == ExprKind::Column && e.typeKnown && !IsTextExpr(e);
+    switch (e.kind) {
+    case ExprKind::Null:
+        return Kind::Null;
+    case ExprKind::Column:
+        if (!e.typeKnown)
+            return Kind::Unknown;
+        return IsTextExpr(e) ? Kind::Text : Kind::Number;
+    default:
+        return IsTextExpr(e) ? Kind::Text : Kind::Number;
+    }
 }
 
-// Text comparisons go by the store's collation even when no column gives it (a literal against
-// an expression); a number column against a text keeps SQLite's numeric comparison.
-bool NeedsCollation(const std::vector<ExprPtr> &operands)
+// A truth value taken as a value (compared, computed, joined) is True = -1 as in rows held in
+// memory, where SQLite's own comparisons give 1.
+QString Value(const Expr &e)
 {
-    bool text = false;
-    for (const ExprPtr &a : operands) {
-        if (IsNumericColumn(*a))
-            return false;
-        text = text || IsTextExpr(*a);
-    }
-    return text;
+    return IsTruth(e) ? QStringLiteral("(- ") + EmitExpr(e) + u')' : EmitExpr(e);
 }
 
 QString Number(qint64 v)
 {
     return v < 0 ? u'(' + QString::number(v) + u')' : QString::number(v);
+}
+
+QString Real(double v)
+{
+    return v < 0 ? u'(' + QString::number(v, 'g', 17) + u')' : QString::number(v, 'g', 17);
+}
+
+// A text literal that reads as a number, as that number.
+std::optional<QString> NumberOfLiteral(const Expr &e)
+{
+    if (e.kind != ExprKind::Text)
+        return std::nullopt;
+    const std::optional<double> n = TextNumber(e.text.toStdString());
+    if (!n)
+        return std::nullopt;
+    if (*n == std::trunc(*n) && std::abs(*n) < 9.0e15)
+        return Number(static_cast<qint64>(*n));
+    return Real(*n);
 }
 
 QString OpText(BinaryOp op)
@@ -101,9 +128,155 @@ QString OpText(BinaryOp op)
     return {};
 }
 
-QString Tested(const Expr &e, bool collate)
+// How a comparison of two values is written. Text against text goes by the store's collation,
+// numbers by value. A number against a text compares with the text's value when the text reads
+// as a number, and otherwise puts every number before every text: "4.0" equals 4 and "x" never
+// does, in the statement as in rows held in memory (CompareValues). SQLite itself would turn
+// the number into text for a text column, so a mixed pair goes through lx_compare, unless the
+// text is a literal that can be turned into a number here.
+enum class Way { Native, Collated, Function };
+
+Way WayOf(const Expr &a, const Expr &b)
 {
-    return collate ? EmitExpr(e) + kCollate : EmitExpr(e);
+    const Kind ka = KindOf(a);
+    const Kind kb = KindOf(b);
+    if (ka == Kind::Null || kb == Kind::Null)
+        return Way::Native;
+    // A column given without its type is taken as the other side is.
+    if (ka == Kind::Unknown || kb == Kind::Unknown)
+        return ka == Kind::Text || kb == Kind::Text ? Way::Collated : Way::Native;
+    if (ka == Kind::Text && kb == Kind::Text)
+        return Way::Collated;
+    if (ka == Kind::Number && kb == Kind::Number)
+        return Way::Native;
+    if ((ka == Kind::Number && NumberOfLiteral(b)) || (kb == Kind::Number && NumberOfLiteral(a)))
+        return Way::Native;
+    return Way::Function;
+}
+
+// An operand of a comparison: a text literal facing a number becomes that number.
+QString Operand(const Expr &e, const Expr &other)
+{
+    if (KindOf(other) == Kind::Number) {
+        if (const std::optional<QString> n = NumberOfLiteral(e))
+            return *n;
+    }
+    return Value(e);
+}
+
+QString Comparison(const Expr &a, BinaryOp op, const Expr &b)
+{
+    switch (WayOf(a, b)) {
+    case Way::Collated:
+        return u'(' + Value(a) + kCollate + OpText(op) + Value(b) + u')';
+    case Way::Native:
+        return u'(' + Operand(a, b) + OpText(op) + Operand(b, a) + u')';
+    case Way::Function:
+        break;
+    }
+    return QStringLiteral("(lx_compare(") + Value(a) + QStringLiteral(", ") + Value(b) + u')' +
+           OpText(op) + QStringLiteral("0)");
+}
+
+// One way for all the pairs of an IN or BETWEEN, or nothing when they need different ones.
+std::optional<Way> CommonWay(const std::vector<ExprPtr> &args)
+{
+    std::optional<Way> common;
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        const Way w = WayOf(*args[0], *args[i]);
+        if (w == Way::Function || (common && *common != w && KindOf(*args[i]) != Kind::Null))
+            return std::nullopt;
+        if (!common || KindOf(*args[i]) != Kind::Null)
+            common = w;
+    }
+    return common;
+}
+
+QString Negated(bool negated, const QString &condition)
+{
+    return negated ? QStringLiteral("(NOT ") + condition + u')' : condition;
+}
+
+// lx_in(x, a, b, ...) and lx_between(x, lo, hi) compare as lx_compare does, with the Nulls of
+// IN and BETWEEN: for the lists whose items need comparing one by one.
+QString Call(const char *function, const std::vector<ExprPtr> &args)
+{
+    QString out = QLatin1String(function) + u'(';
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        if (i > 0)
+            out += QStringLiteral(", ");
+        out += Value(*args[i]);
+    }
+    return out + u')';
+}
+
+// SQLite takes at most 127 arguments to a function: a long list goes in parts, ORed.
+QString InCall(const std::vector<ExprPtr> &args)
+{
+    constexpr std::size_t kPart = 100;
+    if (args.size() <= kPart + 1)
+        return Call("lx_in", args);
+    const QString x = Value(*args[0]);
+    QString out = QStringLiteral("(");
+    for (std::size_t from = 1; from < args.size(); from += kPart) {
+        if (from > 1)
+            out += QStringLiteral(" OR ");
+        out += QStringLiteral("lx_in(") + x;
+        for (std::size_t i = from; i < std::min(args.size(), from + kPart); ++i)
+            out += QStringLiteral(", ") + Value(*args[i]);
+        out += u')';
+    }
+    return out + u')';
+}
+
+QString EmitIn(const Expr &e)
+{
+    const std::optional<Way> way = CommonWay(e.args);
+    if (!way)
+        return Negated(e.negated, InCall(e.args));
+    QString out = u'(' + Value(*e.args[0]) + (*way == Way::Collated ? kCollate : QString()) +
+                  (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN ("));
+    for (std::size_t i = 1; i < e.args.size(); ++i) {
+        if (i > 1)
+            out += QStringLiteral(", ");
+        out += Operand(*e.args[i], *e.args[0]);
+    }
+    return out + QStringLiteral("))");
+}
+
+QString EmitBetween(const Expr &e)
+{
+    const Expr &x = *e.args[0];
+    const std::optional<Way> way = CommonWay(e.args);
+    if (!way)
+        return Negated(e.negated, Call("lx_between", e.args));
+    return u'(' + Value(x) + (*way == Way::Collated ? kCollate : QString()) +
+           (e.negated ? QStringLiteral(" NOT BETWEEN ") : QStringLiteral(" BETWEEN ")) +
+           Operand(*e.args[1], x) + QStringLiteral(" AND ") + Operand(*e.args[2], x) + u')';
+}
+
+// A run of + and -, of *, or of &, written flat: "(a + b - c)" is read by SQLite from the left
+// as it was written, without nesting, and is emitted here without recursion along the run.
+QString EmitChain(const Expr &e)
+{
+    std::vector<const Expr *> spine{&e};
+    while (spine.back()->args[0]->kind == ExprKind::Binary &&
+           ContinuesChain(e.op, spine.back()->args[0]->op))
+        spine.push_back(spine.back()->args[0].get());
+    const bool concat = e.op == BinaryOp::Concat;
+    // The dialect's & reads Null as an empty text; literals and joined texts are never Null.
+    auto operand = [concat](const Expr &x) {
+        const bool neverNull = x.kind == ExprKind::Text || x.kind == ExprKind::Date ||
+                               x.kind == ExprKind::Integer || x.kind == ExprKind::Real ||
+                               (x.kind == ExprKind::Binary && x.op == BinaryOp::Concat);
+        return concat && !neverNull
+                   ? QStringLiteral("COALESCE(") + Value(x) + QStringLiteral(", '')")
+                   : Value(x);
+    };
+    QString out = u'(' + operand(*spine.back()->args[0]);
+    for (auto it = spine.rbegin(); it != spine.rend(); ++it)
+        out += OpText((*it)->op) + operand(*(*it)->args[1]);
+    return out + u')';
 }
 
 } // namespace
@@ -167,44 +340,27 @@ QString EmitExpr(const Expr &e)
     case ExprKind::Not:
         return QStringLiteral("(NOT ") + EmitExpr(*e.args[0]) + u')';
     case ExprKind::Negate:
-        return QStringLiteral("(- ") + EmitExpr(*e.args[0]) + u')';
+        return QStringLiteral("(- ") + Value(*e.args[0]) + u')';
     case ExprKind::Binary: {
-        const Expr &a = *e.args[0];
-        const Expr &b = *e.args[1];
         if (IsComparison(e.op))
-            return u'(' + Tested(a, NeedsCollation(e.args)) + OpText(e.op) + EmitExpr(b) + u')';
-        if (e.op == BinaryOp::Concat) {
-            // The dialect's & reads Null as an empty text.
-            return QStringLiteral("(COALESCE(") + EmitExpr(a) +
-                   QStringLiteral(", '') || COALESCE(") + EmitExpr(b) + QStringLiteral(", ''))");
-        }
+            return Comparison(*e.args[0], e.op, *e.args[1]);
+        if (IsChainOp(e.op))
+            return EmitChain(e);
         if (e.op == BinaryOp::Div) // the dialect's / never truncates
-            return QStringLiteral("(CAST(") + EmitExpr(a) + QStringLiteral(" AS REAL) / ") +
-                   EmitExpr(b) + u')';
-        return u'(' + EmitExpr(a) + OpText(e.op) + EmitExpr(b) + u')';
+            return QStringLiteral("(CAST(") + Value(*e.args[0]) + QStringLiteral(" AS REAL) / ") +
+                   Value(*e.args[1]) + u')';
+        return u'(' + EmitExpr(*e.args[0]) + OpText(e.op) + EmitExpr(*e.args[1]) + u')';
     }
-    case ExprKind::Like: {
-        const QString call = QStringLiteral("lx_like(") + EmitExpr(*e.args[0]) +
-                             QStringLiteral(", ") + EmitExpr(*e.args[1]) + u')';
-        return e.negated ? QStringLiteral("(NOT ") + call + u')' : call;
-    }
+    case ExprKind::Like:
+        return Negated(e.negated, QStringLiteral("lx_like(") + Value(*e.args[0]) +
+                                      QStringLiteral(", ") + Value(*e.args[1]) + u')');
     case ExprKind::IsNull:
         return u'(' + EmitExpr(*e.args[0]) +
                (e.negated ? QStringLiteral(" IS NOT NULL)") : QStringLiteral(" IS NULL)"));
-    case ExprKind::In: {
-        QString out = u'(' + Tested(*e.args[0], NeedsCollation(e.args)) +
-                      (e.negated ? QStringLiteral(" NOT IN (") : QStringLiteral(" IN ("));
-        for (std::size_t i = 1; i < e.args.size(); ++i) {
-            if (i > 1)
-                out += QStringLiteral(", ");
-            out += EmitExpr(*e.args[i]);
-        }
-        return out + QStringLiteral("))");
-    }
+    case ExprKind::In:
+        return EmitIn(e);
     case ExprKind::Between:
-        return u'(' + Tested(*e.args[0], NeedsCollation(e.args)) +
-               (e.negated ? QStringLiteral(" NOT BETWEEN ") : QStringLiteral(" BETWEEN ")) +
-               EmitExpr(*e.args[1]) + QStringLiteral(" AND ") + EmitExpr(*e.args[2]) + u')';
+        return EmitBetween(e);
     }
     return QStringLiteral("NULL");
 }

@@ -85,10 +85,17 @@ struct ColumnRef {
     QStringView name;
 };
 
+// A column of criteria as SQLite sees it: its expression and, when known, its field type, which
+// decides how it is compared with a literal.
+struct ColumnSql {
+    QString sql;
+    std::optional<FieldType> type;
+};
+
 // FindFirst criteria translated to a SQLite boolean expression; the resolver gives the SQLite
 // expression of a column, or nothing when the name is unknown (then 3070). Syntax errors: 3077.
 QString CompileCriteriaSql(QStringView criteria,
-                           const std::function<std::optional<QString>(ColumnRef)> &columnSql);
+                           const std::function<std::optional<ColumnSql>(ColumnRef)> &columnSql);
 
 // FindFirst criteria compiled for rows held in memory (snapshots). The resolver gives the index
 // of a column in the row and its type, or nothing when unknown (then 3070). Syntax errors: 3077.
@@ -99,6 +106,12 @@ struct ColumnSlot {
 using Predicate = std::function<bool(const Cell *row)>;
 Predicate CompileCriteria(QStringView criteria,
                           const std::function<std::optional<ColumnSlot>(ColumnRef)> &column);
+
+// Orders two values as every comparison of the dialect does, in memory and (as the SQLite
+// function lx_compare) in statements: numbers by value, text by the store's collation, a number
+// against a text by the text's value when it reads as a number, else every number before every
+// text. Nothing when either is Null.
+std::optional<int> CompareValues(const Cell &a, const Cell &b);
 
 // Turns text into a SQLite string literal ('...' with apostrophes doubled).
 QString SqlLiteral(QStringView text);

@@ -10,7 +10,19 @@ namespace lx::store::sql::detail {
 
 namespace {
 
-constexpr int kMaxDepth = 200;
+// How deeply an expression may nest, counted on the SQLite text it becomes, where every
+// operation stands in parentheses: one level for each parenthesis, NOT, unary minus or
+// operation around an operand that is itself an operation; two around the operands of a
+// comparison, LIKE, IN or BETWEEN (they may become function calls, which nest more); one more
+// for a truth value taken as a value. The left operand that continues a run of the same
+// operators ("a + b - c", a list of ORs) adds nothing. SQLite's parser stack, of about 100
+// entries, takes at least 30 such levels in every form, with a statement wrapped around criteria
+// and a query's WHERE; past this, a syntax error.
+constexpr int kMaxNesting = 24;
+// How tall the tree of one expression may be: runs of operators count one each. Keeps every
+// recursive pass over the tree shallow and stays under SQLite's own limit of 1000 on the height
+// of its expressions, which our text at most doubles.
+constexpr int kMaxHeight = 300;
 
 ExprPtr MakeExpr(ExprKind kind)
 {
@@ -28,14 +40,38 @@ ExprPtr MakeBinary(BinaryOp op, ExprPtr a, ExprPtr b)
     return e;
 }
 
-// A run of ANDs or ORs as a balanced tree, so that a long generated list of conditions does not
-// make a tree as deep as it is long (later passes recurse over it).
-ExprPtr Balanced(BinaryOp op, std::vector<ExprPtr> &terms, std::size_t from, std::size_t to)
+bool TakesTwoLevels(const Expr &e)
 {
-    if (to - from == 1)
-        return std::move(terms[from]);
-    const std::size_t mid = from + (to - from + 1) / 2;
-    return MakeBinary(op, Balanced(op, terms, from, mid), Balanced(op, terms, mid, to));
+    switch (e.kind) {
+    case ExprKind::Binary:
+        return IsComparison(e.op);
+    case ExprKind::Like:
+    case ExprKind::In:
+    case ExprKind::Between:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The nesting and height of e from its operands' (see kMaxNesting).
+void Measure(Expr &e)
+{
+    int nesting = 0;
+    int height = 0;
+    const int levels = TakesTwoLevels(e) ? 2 : 1;
+    for (std::size_t i = 0; i < e.args.size(); ++i) {
+        const Expr &a = *e.args[i];
+        height = std::max(height, a.height);
+        const bool continuesRun = i == 0 && e.kind == ExprKind::Binary &&
+                                  a.kind == ExprKind::Binary && IsChainOp(e.op) &&
+                                  ContinuesChain(e.op, a.op);
+        // A truth value taken as a value is negated (True is -1): one level more.
+        const int negated = TakesValues(e) && IsTruth(a) ? 1 : 0;
+        nesting = std::max(nesting, a.nesting + (continuesRun ? 0 : levels + negated));
+    }
+    e.nesting = nesting;
+    e.height = height + 1;
 }
 
 class Parser {
@@ -107,6 +143,18 @@ private:
     ExprPtr primary();
     ExprPtr columnName();
 
+    ExprPtr measured(ExprPtr e);
+    ExprPtr binary(BinaryOp op, ExprPtr a, ExprPtr b)
+    {
+        return measured(MakeBinary(op, std::move(a), std::move(b)));
+    }
+    ExprPtr balanced(BinaryOp op, std::vector<ExprPtr> &terms, std::size_t from, std::size_t to);
+    void enter()
+    {
+        if (++m_depth > kMaxNesting)
+            fail();
+    }
+
     std::unique_ptr<FromNode> joins();
     std::unique_ptr<FromNode> fromTerm();
 
@@ -115,8 +163,28 @@ private:
     std::size_t m_pos = 0;
     int m_error = err::SyntaxErrorInExpression;
     qsizetype m_exprStart = 0;
-    int m_depth = 0;
+    int m_depth = 0;     // parentheses, NOT and minus around the point being read
+    int m_joinDepth = 0; // parentheses of FROM around an ON condition
 };
+
+// Every node is measured as it is made, so nothing deeper than the limits is ever built.
+ExprPtr Parser::measured(ExprPtr e)
+{
+    Measure(*e);
+    if (e->nesting + m_joinDepth > kMaxNesting || e->height > kMaxHeight)
+        fail();
+    return e;
+}
+
+// A run of ANDs or ORs as a balanced tree, so that a long generated list of conditions does not
+// make a tree as deep as it is long.
+ExprPtr Parser::balanced(BinaryOp op, std::vector<ExprPtr> &terms, std::size_t from, std::size_t to)
+{
+    if (to - from == 1)
+        return std::move(terms[from]);
+    const std::size_t mid = from + (to - from + 1) / 2;
+    return binary(op, balanced(op, terms, from, mid), balanced(op, terms, mid, to));
+}
 
 void Parser::fail() const
 {
@@ -253,11 +321,12 @@ std::unique_ptr<FromNode> Parser::fromTerm()
 {
     m_error = err::SyntaxErrorInFrom;
     if (acceptSymbol("(")) {
-        if (++m_depth > kMaxDepth)
-            fail();
+        enter();
+        ++m_joinDepth;
         auto inner = joins();
         m_error = err::SyntaxErrorInFrom;
         expectSymbol(")");
+        --m_joinDepth;
         --m_depth;
         return inner;
     }
@@ -279,8 +348,7 @@ std::unique_ptr<FromNode> Parser::fromTerm()
 // * /, unary minus.
 ExprPtr Parser::expression()
 {
-    if (++m_depth > kMaxDepth)
-        fail();
+    enter();
     ExprPtr e = orTerm();
     --m_depth;
     return e;
@@ -292,7 +360,7 @@ ExprPtr Parser::orTerm()
     terms.push_back(andTerm());
     while (acceptKeyword("OR"))
         terms.push_back(andTerm());
-    return Balanced(BinaryOp::Or, terms, 0, terms.size());
+    return balanced(BinaryOp::Or, terms, 0, terms.size());
 }
 
 ExprPtr Parser::andTerm()
@@ -301,18 +369,17 @@ ExprPtr Parser::andTerm()
     terms.push_back(notTerm());
     while (acceptKeyword("AND"))
         terms.push_back(notTerm());
-    return Balanced(BinaryOp::And, terms, 0, terms.size());
+    return balanced(BinaryOp::And, terms, 0, terms.size());
 }
 
 ExprPtr Parser::notTerm()
 {
     if (acceptKeyword("NOT")) {
-        if (++m_depth > kMaxDepth)
-            fail();
+        enter();
         auto e = MakeExpr(ExprKind::Not);
         e->args.push_back(notTerm());
         --m_depth;
-        return e;
+        return measured(std::move(e));
     }
     return comparison();
 }
@@ -332,14 +399,14 @@ ExprPtr Parser::comparison()
     };
     for (const OpName &o : kOps) {
         if (acceptSymbol(o.symbol))
-            return MakeBinary(o.op, std::move(left), concatenation());
+            return binary(o.op, std::move(left), concatenation());
     }
     if (acceptKeyword("IS")) {
         auto e = MakeExpr(ExprKind::IsNull);
         e->negated = acceptKeyword("NOT");
         expectKeyword("NULL");
         e->args.push_back(std::move(left));
-        return e;
+        return measured(std::move(e));
     }
     bool negated = false;
     if (peek().isKeyword("NOT") &&
@@ -352,7 +419,7 @@ ExprPtr Parser::comparison()
         e->negated = negated;
         e->args.push_back(std::move(left));
         e->args.push_back(concatenation());
-        return e;
+        return measured(std::move(e));
     }
     if (acceptKeyword("IN")) {
         auto e = MakeExpr(ExprKind::In);
@@ -363,7 +430,7 @@ ExprPtr Parser::comparison()
             e->args.push_back(concatenation());
         } while (acceptSymbol(","));
         expectSymbol(")");
-        return e;
+        return measured(std::move(e));
     }
     if (acceptKeyword("BETWEEN")) {
         auto e = MakeExpr(ExprKind::Between);
@@ -372,7 +439,7 @@ ExprPtr Parser::comparison()
         e->args.push_back(concatenation());
         expectKeyword("AND");
         e->args.push_back(concatenation());
-        return e;
+        return measured(std::move(e));
     }
     return left;
 }
@@ -380,24 +447,19 @@ ExprPtr Parser::comparison()
 ExprPtr Parser::concatenation()
 {
     ExprPtr e = additive();
-    for (int n = 0; acceptSymbol("&"); ++n) {
-        if (n > kMaxDepth)
-            fail();
-        e = MakeBinary(BinaryOp::Concat, std::move(e), additive());
-    }
+    while (acceptSymbol("&"))
+        e = binary(BinaryOp::Concat, std::move(e), additive());
     return e;
 }
 
 ExprPtr Parser::additive()
 {
     ExprPtr e = multiplicative();
-    for (int n = 0;; ++n) {
-        if (n > kMaxDepth)
-            fail(); // these chains nest to the left, one level per operator
+    for (;;) {
         if (acceptSymbol("+"))
-            e = MakeBinary(BinaryOp::Add, std::move(e), multiplicative());
+            e = binary(BinaryOp::Add, std::move(e), multiplicative());
         else if (acceptSymbol("-"))
-            e = MakeBinary(BinaryOp::Sub, std::move(e), multiplicative());
+            e = binary(BinaryOp::Sub, std::move(e), multiplicative());
         else
             return e;
     }
@@ -406,13 +468,11 @@ ExprPtr Parser::additive()
 ExprPtr Parser::multiplicative()
 {
     ExprPtr e = unary();
-    for (int n = 0;; ++n) {
-        if (n > kMaxDepth)
-            fail();
+    for (;;) {
         if (acceptSymbol("*"))
-            e = MakeBinary(BinaryOp::Mul, std::move(e), unary());
+            e = binary(BinaryOp::Mul, std::move(e), unary());
         else if (acceptSymbol("/"))
-            e = MakeBinary(BinaryOp::Div, std::move(e), unary());
+            e = binary(BinaryOp::Div, std::move(e), unary());
         else
             return e;
     }
@@ -421,12 +481,11 @@ ExprPtr Parser::multiplicative()
 ExprPtr Parser::unary()
 {
     if (acceptSymbol("-")) {
-        if (++m_depth > kMaxDepth)
-            fail();
+        enter();
         auto e = MakeExpr(ExprKind::Negate);
         e->args.push_back(unary());
         --m_depth;
-        return e;
+        return measured(std::move(e));
     }
     while (acceptSymbol("+")) {
     }

@@ -338,13 +338,15 @@ CompiledQuery SelectCompiler::compile(SelectStatement &st)
     return std::move(m_q);
 }
 
-void ResolveCriteria(Expr &e, const std::function<std::optional<QString>(ColumnRef)> &columnSql)
+void ResolveCriteria(Expr &e, const std::function<std::optional<ColumnSql>(ColumnRef)> &columnSql)
 {
     if (e.kind == ExprKind::Column) {
-        std::optional<QString> sql = columnSql ? columnSql({e.qualifier, e.text}) : std::nullopt;
-        if (!sql)
+        std::optional<ColumnSql> c = columnSql ? columnSql({e.qualifier, e.text}) : std::nullopt;
+        if (!c)
             throw StoreError::make(err::UnknownFieldInCriteria, e.writtenName());
-        e.sql = std::move(*sql);
+        e.sql = std::move(c->sql);
+        e.typeKnown = c->type.has_value();
+        e.type = c->type.value_or(dbText);
     }
     for (ExprPtr &a : e.args)
         ResolveCriteria(*a, columnSql);
@@ -359,7 +361,7 @@ CompiledQuery CompileSelect(QStringView jetSql, const TableLookup &tables)
 }
 
 QString CompileCriteriaSql(QStringView criteria,
-                           const std::function<std::optional<QString>(ColumnRef)> &columnSql)
+                           const std::function<std::optional<ColumnSql>(ColumnRef)> &columnSql)
 {
     ExprPtr e = ParseCriteria(criteria);
     ResolveCriteria(*e, columnSql);
