@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QStringListModel>
+#include <QTest>
 
 using namespace lx;
 using namespace lx::test;
@@ -164,6 +165,7 @@ TEST_F(ConceptCommandsTest, RenameAndDeleteReachEveryLinkedFile)
     EXPECT_EQ(form.ListText(), QStringLiteral("EATS"));
 }
 
+// A double click on the definition box runs Edit Definition.
 TEST_F(ConceptCommandsTest, ADefinitionIsEditedThroughTheNamingDialog)
 {
     form.txtCptSearch->setText(QStringLiteral("BIRD"));
@@ -175,7 +177,7 @@ TEST_F(ConceptCommandsTest, ADefinitionIsEditedThroughTheNamingDialog)
         names->txtDef->setPlainText(QStringLiteral("A \"winged\" animal"));
         names->cmdOK->click();
     });
-    form.mnuConceptEditDef->trigger();
+    QTest::mouseDClick(form.txtDef->viewport(), Qt::LeftButton);
     EXPECT_EQ(
         column(QStringLiteral("SELECT * FROM CONCEPTS WHERE Concept = 'BIRD'"), u"definition"),
         QStringList{QStringLiteral("A 'winged' animal")});

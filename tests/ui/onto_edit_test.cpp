@@ -1,6 +1,5 @@
 #include "open_ontology_fixture.h"
 #include "ui/frm_about.h"
-#include "ui/frm_names.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_onto_options.h"
 #include "ui/images.h"
@@ -176,7 +175,7 @@ TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
 }
 
 // The inheritance kinds read as words, their costs in the tool tips; the definition shows but
-// takes no typing, and a double click on it opens its own command.
+// takes no typing.
 TEST_F(OntoEditTest, InheritanceCaptionsAndAReadOnlyDefinition)
 {
     const std::pair<QRadioButton *, const char *> options[] = {
@@ -192,17 +191,6 @@ TEST_F(OntoEditTest, InheritanceCaptionsAndAReadOnlyDefinition)
     form.txtDef->setPlainText(QStringLiteral("A feathered animal"));
     QTest::keyClicks(form.txtDef, QStringLiteral("typed"));
     QTest::keyClick(form.txtDef, Qt::Key_Backspace);
-    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
-
-    QString mode;
-    user.onModal([&mode](QWidget *dialog) {
-        auto *names = qobject_cast<lx::ui::frmNames *>(dialog);
-        ASSERT_NE(names, nullptr);
-        mode = names->lblStart->caption();
-        names->cmdCancel->click();
-    });
-    QTest::mouseDClick(form.txtDef->viewport(), Qt::LeftButton);
-    EXPECT_EQ(mode, QStringLiteral("Definition"));
     EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("A feathered animal"));
 }
 
