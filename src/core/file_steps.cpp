@@ -1,5 +1,8 @@
 #include "core/file_steps.h"
 
+#include "core/interaction.h"
+#include "core/process.h"
+#include "core/store/database.h"
 #include "core/store/errors.h"
 
 #include <QDir>
@@ -18,6 +21,27 @@ void CreateFolderIfMissing(const QString &folder)
         return;
     if (!QDir().mkdir(folder))
         throw store::StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
+}
+
+bool RefuseDoubleQuotedPath(const QString &path)
+{
+    if (!path.contains(QLatin1Char('"')))
+        return false;
+    UI().MsgBox(QStringLiteral("The file name must not contain a double quote (\"): ") + path,
+                msg::Exclamation);
+    return true;
+}
+
+std::optional<QString> SeedFileProblem()
+{
+    const QString path = SeedDatabasePath();
+    try {
+        store::Database seed = store::DBEngine::OpenDatabase(path, false, true, kSeedConnect);
+        seed.Close();
+        return std::nullopt;
+    } catch (const store::StoreError &error) {
+        return QStringLiteral("The seed file can't be read: ") + error.description();
+    }
 }
 
 namespace {

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <exception>
+#include <optional>
 
 // Small steps on files and folders that the life cycles of both kinds of file share.
 namespace lx {
@@ -20,6 +21,8 @@ struct PropertiesTexts {
     QString Author;
     QString Description;
     QString Contact;
+
+    bool operator==(const PropertiesTexts &) const = default;
 };
 
 // Dates as the properties dialogs show them, and back. TextToDate fails with error 13 on a
@@ -36,6 +39,15 @@ QString FolderOf(const QString &path);
 // Makes the folder (one level) unless it is there; StoreError 75 "Path/File access error"
 // when it can't be made.
 void CreateFolderIfMissing(const QString &folder);
+
+// A path stands between double quotes in criteria (the links of an ontology to its termbases),
+// so a file whose path holds one is neither created, opened nor assigned. Says so and returns
+// true for such a path.
+bool RefuseDoubleQuotedPath(const QString &path);
+
+// Why the seed file res.dat can't be read, or nothing when it can. Checked before a new file is
+// made from it, so a missing seed stops the command before anything is written.
+std::optional<QString> SeedFileProblem();
 
 // Runs one statement of a routine that goes on whatever fails.
 template <class Step> void IgnoreErrors(Step &&step)

@@ -1,10 +1,13 @@
 #include "ontology/store/lifecycle.h"
 #include "open_ontology_fixture.h"
+#include "support/temp_store.h"
+#include "termbase/store/schema.h"
 
 #include <QAction>
 #include <QCoreApplication>
 #include <QDir>
 #include <QDropEvent>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -326,6 +329,101 @@ TEST_F(LifecycleTest, ExitClosesTheOntologyFirst)
     EXPECT_TRUE(Process().OntoPath.isEmpty());
     EXPECT_FALSE(Process().OntoDB.isOpen());
     EXPECT_GT(lx::test::MetaDataField(birds, u"Modified").toDateTime().date().year(), 2001);
+}
+
+// A file the user can't write opens read-only: a good file, said once in the caption, and
+// left as it was, with no side files beside it, when it is closed.
+TEST_F(LifecycleTest, AReadOnlyOntologySaysSoAndIsLeftAsItWas)
+{
+    const QString birds = sample(QStringLiteral("Birds"));
+    const QByteArray before = FileBytes(birds);
+    {
+        NoWriteAccess noAccess;
+        openByDialog(birds);
+    }
+    ASSERT_EQ(user.calls().size(), 1) << "no message";
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("Ontology Editor - Birds (read-only)"));
+    EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("Undefined")) << "repaired on screen only";
+    EXPECT_EQ(Process().TopConcept, QStringLiteral("THING"));
+
+    user.onModal(nameIt(QStringLiteral("Fauna"))).answerMsgBox(msg::OK);
+    form.mnuFileProperties->trigger();
+    ASSERT_EQ(user.calls().size(), 3);
+    EXPECT_EQ(user.calls()[2].text,
+              QStringLiteral("Cannot update. The file is read-only: ") + birds);
+    EXPECT_EQ(form.windowTitle(), QStringLiteral("Ontology Editor - Birds (read-only)"));
+
+    form.mnuFileClose->trigger();
+    expectNoOntologyState();
+    EXPECT_EQ(FileBytes(birds), before);
+    EXPECT_FALSE(QFileInfo::exists(birds + QStringLiteral("-wal")));
+    EXPECT_FALSE(QFileInfo::exists(birds + QStringLiteral("-shm")));
+}
+
+// A file that fails to open is not written, not even by the close steps after the message.
+TEST_F(LifecycleTest, AFailedOpenLeavesTheFileAsItWas)
+{
+    // A termbase file, whose MetaData lacks the ontology's fields.
+    const QString termbase = ontology(QStringLiteral("terms"));
+    {
+        lx::store::Database db = lx::store::DBEngine::Workspaces(0).CreateDatabase(
+            termbase, lx::store::dbLangGeneral, lx::store::dbVersion40);
+        lx::BuildTermbaseTables(db);
+        lx::test::AddRow(db, QStringLiteral("MetaData"), {{u"Name", QStringLiteral("Terms")}});
+        db.Close();
+    }
+    // An ontology whose MetaData holds a Null where a number must be.
+    const QString damaged = sample(QStringLiteral("Damaged"));
+    {
+        lx::store::Database db = lx::store::DBEngine::OpenDatabase(damaged);
+        lx::store::Recordset rs = db.OpenRecordset(QStringLiteral("MetaData"));
+        rs.Edit();
+        rs.Collect(u"MaxParents", QVariant());
+        rs.Update();
+        rs.Close();
+        db.Close();
+    }
+    for (const QString &path : {termbase, damaged}) {
+        const QByteArray before = FileBytes(path);
+        const qsizetype start = user.calls().size();
+        openByDialog(path, 1);
+        ASSERT_EQ(user.calls().size(), start + 2);
+        EXPECT_EQ(user.calls()[start + 1].text, QStringLiteral("Open Error"));
+        expectNoOntologyState();
+        EXPECT_EQ(FileBytes(path), before) << path.toStdString();
+    }
+}
+
+// A path with a double quote is refused before any file is made or opened.
+TEST_F(LifecycleTest, APathWithADoubleQuoteIsNeitherCreatedNorOpened)
+{
+    const QString quoted = ontology(QStringLiteral("say \"cheese\""));
+    const QString refusal = QStringLiteral("The file name must not contain a double quote (\"): ");
+    user.answerSaveFile(quoted).answerMsgBox(msg::OK);
+    form.mnuFileNew->trigger();
+    EXPECT_FALSE(QFileInfo::exists(quoted));
+
+    lx::test::WriteOntologyFile(quoted, SampleMeta{QStringLiteral("Cheese")}, lx::test::Sample);
+    openByDialog(quoted, 1);
+    ASSERT_EQ(user.calls().size(), 4);
+    EXPECT_EQ(user.calls()[1].text, refusal + quoted);
+    EXPECT_EQ(user.calls()[3].text, refusal + quoted);
+    expectNoOntologyState();
+}
+
+// "New" reads the seed first: without it, nothing is made.
+TEST_F(LifecycleTest, NewWithoutTheSeedStopsBeforeMakingTheFile)
+{
+    ASSERT_TRUE(QFile::remove(lx::SeedDatabasePath()));
+    const QString path = ontology(QStringLiteral("birds"));
+    user.answerSaveFile(path).answerMsgBox(msg::OK);
+    form.mnuFileNew->trigger();
+    ASSERT_EQ(user.calls().size(), 2);
+    EXPECT_EQ(user.calls()[1].text,
+              QStringLiteral("The seed file can't be read: Could not find file '") +
+                  lx::SeedDatabasePath() + QStringLiteral("'."));
+    EXPECT_FALSE(QFileInfo::exists(path));
+    expectNoOntologyState();
 }
 
 } // namespace

@@ -5,7 +5,9 @@
 #include "core/text/like.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
+#include <QUrl>
 
 #include <map>
 #include <sqlite3.h>
@@ -149,6 +151,47 @@ int RebuildForCollation(sqlite3 *db)
     return rc;
 }
 
+bool fileAndFolderWritable(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isWritable() && QFileInfo(file.absolutePath()).isWritable();
+}
+
+// Read-only and immutable: no lock, no journal, no -wal or -shm file. The path goes in as a URI,
+// percent-encoded where it holds "?", "#" or "%".
+QByteArray immutableUri(const QString &path)
+{
+    return QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded() +
+           QByteArrayLiteral("?immutable=1");
+}
+
+sqlite3 *openHandle(const QString &path, const QByteArray &name, int flags)
+{
+    sqlite3 *db = nullptr;
+    const int rc = sqlite3_open_v2(name.constData(), &db, flags, nullptr);
+    if (rc != SQLITE_OK) {
+        const QString message = sqliteMessage(db, rc);
+        sqlite3_close(db);
+        throw StoreError::make(err::CannotOpenFile, path, message);
+    }
+    return db;
+}
+
+// Side files that an earlier read-only open left behind carry the file's old permissions and
+// would keep a file that is writable again from being written. Without a log in them they hold
+// nothing, and go.
+void dropStaleSideFiles(const QString &path)
+{
+    const QFileInfo wal(path + QStringLiteral("-wal"));
+    const QFileInfo shm(path + QStringLiteral("-shm"));
+    const bool stale = (wal.exists() && !writableCheck()(wal.filePath())) ||
+                       (shm.exists() && !writableCheck()(shm.filePath()));
+    if (!stale || wal.size() > 0)
+        return;
+    QFile::remove(wal.filePath());
+    QFile::remove(shm.filePath());
+}
+
 } // namespace
 
 // ---------------------------------------------------------------------------------------------
@@ -267,19 +310,27 @@ Connection::~Connection()
     close();
 }
 
-std::shared_ptr<Connection> Connection::open(const QString &path)
+std::shared_ptr<Connection> Connection::open(const QString &path, bool readOnly)
 {
     const QFileInfo info(path);
     if (path.isEmpty() || !info.exists() || info.isDir())
         throw StoreError::make(err::FileNotFound, path);
+    bool asReadOnly = readOnly || !writableCheck()(path);
     sqlite3 *db = nullptr;
-    const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE, nullptr);
-    if (rc != SQLITE_OK) {
-        const QString message = sqliteMessage(db, rc);
-        sqlite3_close(db);
-        throw StoreError::make(err::CannotOpenFile, path, message);
+    if (!asReadOnly) {
+        dropStaleSideFiles(path);
+        db = openHandle(path, path.toUtf8(), SQLITE_OPEN_READWRITE);
+        // SQLite falls back to reading when the system refuses to write: start again immutable,
+        // or its first read would leave side files behind.
+        if (sqlite3_db_readonly(db, "main") == 1) {
+            sqlite3_close(db);
+            asReadOnly = true;
+        }
     }
+    if (asReadOnly)
+        db = openHandle(path, immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     std::shared_ptr<Connection> c(new Connection(path, db));
+    c->m_readOnly = asReadOnly;
     c->configure(false);
     return c;
 }
@@ -320,13 +371,18 @@ void Connection::configure(bool fresh)
                  .arg(QLatin1String(kCatalogTable)));
         exec(QStringLiteral("INSERT INTO \"%1\" VALUES ('{}')").arg(QLatin1String(kCatalogTable)));
     } else {
-        // A file that SQLite can't read, or one that isn't ours, is not a store file.
+        // A file that SQLite can't read as a database, or one that isn't ours, is not a store
+        // file. A file that can't be read just now (locked, a folder without access) is.
         int id = 0;
         try {
             Statement s = prepare(QStringLiteral("PRAGMA application_id"));
             if (s.step())
                 id = int(s.integer(0));
-        } catch (const StoreError &) {
+        } catch (const StoreError &e) {
+            if (e.number() != err::UnrecognizedFormat) {
+                close();
+                throw;
+            }
             id = 0;
         }
         if (id != kApplicationId) {
@@ -336,10 +392,12 @@ void Connection::configure(bool fresh)
         }
         loadCatalog();
     }
-    // Each Update or Delete is its own committed transaction; in WAL mode a commit survives
-    // the process being killed right after it.
-    exec(QStringLiteral("PRAGMA journal_mode = WAL"));
-    exec(QStringLiteral("PRAGMA synchronous = NORMAL"));
+    if (!m_readOnly) {
+        // Each Update or Delete is its own committed transaction; in WAL mode a commit
+        // survives the process being killed right after it.
+        exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+        exec(QStringLiteral("PRAGMA synchronous = NORMAL"));
+    }
     exec(QStringLiteral("PRAGMA foreign_keys = ON"));
     // A 100,000-concept ontology is tens of megabytes; keep its hot pages in memory.
     exec(QStringLiteral("PRAGMA cache_size = -32768"));
@@ -435,6 +493,12 @@ void Connection::ensureOpen() const
         throw StoreError::make(err::InvalidOperation);
 }
 
+void Connection::ensureWritable() const
+{
+    if (m_readOnly)
+        throw ReadOnlyFileError(m_path);
+}
+
 Statement Connection::prepare(const QString &sql)
 {
     ensureOpen();
@@ -510,6 +574,8 @@ void Connection::fail(int rc)
     case SQLITE_CORRUPT:
         throw StoreError::make(err::UnrecognizedFormat, m_path);
     case SQLITE_READONLY:
+        if (m_readOnly)
+            throw ReadOnlyFileError(m_path);
         throw StoreError::make(err::ReadOnly);
     case SQLITE_CANTOPEN:
         throw StoreError::make(err::CannotOpenFile, m_path, message);
@@ -518,6 +584,12 @@ void Connection::fail(int rc)
     }
     throw StoreError(err::Reserved, ErrorDescription(err::Reserved, QString::number(rc)) +
                                         QLatin1Char(' ') + message);
+}
+
+WritableCheck &writableCheck()
+{
+    static WritableCheck check = fileAndFolderWritable;
+    return check;
 }
 
 QVariant cellToVariant(const Cell &cell, int fieldType)

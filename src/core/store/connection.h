@@ -56,7 +56,9 @@ private:
 // that tells cursors whether anything was written since they last looked.
 class Connection {
 public:
-    static std::shared_ptr<Connection> open(const QString &path);
+    // Opens for reading and writing, or read-only (forced, or when the file or its folder can't
+    // be written): then as immutable, so SQLite writes nothing, not even its side files.
+    static std::shared_ptr<Connection> open(const QString &path, bool readOnly = false);
     static std::shared_ptr<Connection> create(const QString &path);
     ~Connection();
 
@@ -67,6 +69,9 @@ public:
     bool isOpen() const { return m_db != nullptr; }
     void ensureOpen() const;
     const QString &path() const { return m_path; }
+    bool isReadOnly() const { return m_readOnly; }
+    // Throws the read-only error, naming the file, when the file is open read-only.
+    void ensureWritable() const;
 
     Statement prepare(const QString &sql);
     void exec(const QString &sql);
@@ -100,6 +105,7 @@ private:
 
     QString m_path;
     sqlite3 *m_db = nullptr;
+    bool m_readOnly = false;
     Catalog m_catalog;
     std::vector<sql::CatalogTable> m_queryTables;
     std::shared_ptr<std::uint64_t> m_stamp;
@@ -115,6 +121,11 @@ private:
     std::unordered_map<std::string_view, std::list<Cached>::iterator> m_cache;
     friend class Statement;
 };
+
+// Whether a file may be written: the file and its folder (SQLite puts side files beside it).
+// Replaceable, so tests can stand for a user without write access, which root never is.
+using WritableCheck = bool (*)(const QString &path);
+WritableCheck &writableCheck();
 
 // Value conversions between the engine's cells and the program's variants.
 QVariant cellToVariant(const Cell &cell, int fieldType);

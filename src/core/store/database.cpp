@@ -8,6 +8,8 @@
 
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace lx::store {
 
 using detail::Connection;
@@ -91,6 +93,11 @@ QString Database::Name() const
     return m_connection ? m_connection->path() : QString();
 }
 
+bool Database::Updatable() const
+{
+    return m_connection && m_connection->isOpen() && !m_connection->isReadOnly();
+}
+
 void Database::Close()
 {
     if (m_connection)
@@ -138,6 +145,7 @@ Relation Database::CreateRelation(const QString &name, const QString &table,
 void Database::Append(const TableDef &table)
 {
     Connection &c = connection();
+    c.ensureWritable();
     validateTable(table, c.catalog());
     const Catalog before = c.catalog();
     c.exec(QStringLiteral("BEGIN"));
@@ -158,6 +166,7 @@ void Database::Append(const TableDef &table)
 void Database::Append(const Relation &relation)
 {
     Connection &c = connection();
+    c.ensureWritable();
     validateRelation(relation, c.catalog());
     const Catalog before = c.catalog();
     c.catalogForUpdate().relations.push_back(relation);
@@ -206,7 +215,9 @@ std::vector<Relation> Database::Relations() const
 
 void Database::Checkpoint()
 {
-    connection().exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+    Connection &c = connection();
+    if (!c.isReadOnly()) // an immutable file has no log
+        c.exec(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
 }
 
 Database Workspace::CreateDatabase(const QString &path, const QString &, int)
@@ -219,9 +230,14 @@ Database DBEngine::OpenDatabase(const QString &path)
     return Database(Connection::open(path));
 }
 
-Database DBEngine::OpenDatabase(const QString &path, bool, bool, const QString &)
+Database DBEngine::OpenDatabase(const QString &path, bool, bool readOnly, const QString &)
 {
-    return Database(Connection::open(path));
+    return Database(Connection::open(path, readOnly));
+}
+
+DBEngine::WritableCheck DBEngine::SetWritableCheck(WritableCheck check)
+{
+    return std::exchange(detail::writableCheck(), check);
 }
 
 Workspace &DBEngine::Workspaces(int)

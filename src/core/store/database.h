@@ -28,6 +28,8 @@ public:
 
     bool isOpen() const;
     QString Name() const; // the file's path
+    // False for a file open read-only: every write then fails with 3027, naming the file.
+    bool Updatable() const;
     void Close();
 
     // A table name (table type by default) or a SELECT text (dynaset by default).
@@ -65,13 +67,20 @@ public:
 
 class DBEngine {
 public:
-    // Opens a file for reading and writing. 3024 when it doesn't exist (nothing is created),
-    // 3343 when it isn't a store file.
+    // Opens a file for reading and writing; read-only when the file or its folder can't be
+    // written, without leaving side files beside it. 3024 when it doesn't exist (nothing is
+    // created), 3343 when it isn't a store file.
     static Database OpenDatabase(const QString &path);
-    // The form with a connect string (";pwd=..."); the password is accepted.
+    // The form with a connect string (";pwd=..."); the password is accepted. `readOnly` opens
+    // read-only whether or not the file could be written.
     static Database OpenDatabase(const QString &path, bool exclusive, bool readOnly,
                                  const QString &connect);
     static Workspace &Workspaces(int index = 0);
+
+    // How the store tells whether a file may be written (the file and its folder writable).
+    // Returns the check in force before; tests put one in for a user who can't write.
+    using WritableCheck = bool (*)(const QString &path);
+    static WritableCheck SetWritableCheck(WritableCheck check);
 };
 
 } // namespace lx::store

@@ -62,6 +62,8 @@ constexpr std::array kMessages{
     Message{err::OperationNotSupported, "Operation is not supported for this type of object."},
     Message{err::ItemNotFound, "Item not found in this collection."},
     Message{err::ZeroLengthString, "Field '%1' cannot be a zero-length string."},
+    Message{err::ValidationRule,
+            "The value %2 can't go into field '%1': an identifier can't hold a double quote (\")."},
     Message{err::UnrecognizedFormat, "Unrecognized database format '%1'."},
     Message{err::DataTypeConversion, "Data type conversion error."},
     Message{err::ActionCancelled, "This action was cancelled by an associated object."},
@@ -91,6 +93,12 @@ StoreError::StoreError(int number, const QString &description)
 StoreError StoreError::make(int number, const QString &arg1, const QString &arg2)
 {
     return StoreError(number, ErrorDescription(number, arg1, arg2));
+}
+
+StoreError ReadOnlyFileError(const QString &path)
+{
+    return StoreError(err::ReadOnly,
+                      QStringLiteral("Cannot update. The file is read-only: ") + path);
 }
 
 } // namespace lx::store

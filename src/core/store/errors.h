@@ -39,6 +39,7 @@ inline constexpr int InvalidOperation = 3219;
 inline constexpr int OperationNotSupported = 3251;
 inline constexpr int ItemNotFound = 3265;
 inline constexpr int ZeroLengthString = 3315;
+inline constexpr int ValidationRule = 3317; // a value the file's rules keep out
 inline constexpr int UnrecognizedFormat = 3343;
 inline constexpr int DataTypeConversion = 3421;
 inline constexpr int ActionCancelled = 3426;
@@ -62,5 +63,8 @@ private:
     int m_number;
     QString m_description;
 };
+
+// Error 3027 for a file that is open read-only, naming the file.
+StoreError ReadOnlyFileError(const QString &path);
 
 } // namespace lx::store

@@ -63,6 +63,29 @@ QString toDateText(const QVariant &value)
     return dt.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
 }
 
+bool same(QStringView a, QStringView b)
+{
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
+// Tables join on the values of related fields (concept identifiers above all), and queries set
+// such a value between double quotes: a double quote inside one would change which rows those
+// queries touch, so none gets in.
+void refuseQuoteInKey(const Catalog &catalog, const TableDef &table, const Field &field,
+                      const QVariant &value)
+{
+    if (!field.isText() || value.typeId() != QMetaType::QString)
+        return;
+    const QString text = value.toString();
+    if (!text.contains(QLatin1Char('"')))
+        return;
+    for (const Relation &r : catalog.relations)
+        for (const Field &f : r.Fields)
+            if ((same(r.Table, table.Name) && same(f.Name, field.Name)) ||
+                (same(r.ForeignTable, table.Name) && same(f.ForeignName, field.Name)))
+                throw StoreError::make(err::ValidationRule, field.Name, text);
+}
+
 } // namespace
 
 Cell toCell(const QVariant &value, const Field &field, std::string &holder)
@@ -191,6 +214,7 @@ void RecordsetImpl::addNew()
 {
     if (!updatable())
         throw StoreError::make(err::ReadOnly);
+    connection().ensureWritable();
     m_buffer.assign(m_columns.size(), std::nullopt);
     m_mode = Mode::AddNew;
 }
@@ -199,6 +223,7 @@ void RecordsetImpl::edit()
 {
     if (!updatable())
         throw StoreError::make(err::ReadOnly);
+    connection().ensureWritable();
     currentRow(); // 3021 / 3167 when there is no row to edit
     m_buffer.assign(m_columns.size(), std::nullopt);
     m_mode = Mode::Edit;
@@ -269,6 +294,8 @@ void RecordsetImpl::insertRows()
                 next.step();
                 values[s][f] = QVariant(qlonglong(next.integer(0)));
             }
+            if (values[s][f])
+                refuseQuoteInKey(c.catalog(), def, field, *values[s][f]);
             names << sql::SqlIdentifier(field.Name);
             row[f] = toCell(values[s][f].value_or(QVariant()), field, holders[f]);
             cells.push_back(row[f]);
@@ -311,6 +338,7 @@ void RecordsetImpl::updateRows()
             if (!m_buffer[i] || size_t(m_columns[i].source) != s)
                 continue;
             const Field &field = def.Fields[size_t(m_columns[i].baseField)];
+            refuseQuoteInKey(c.catalog(), def, field, *m_buffer[i]);
             sets << sql::SqlIdentifier(field.Name) + QStringLiteral("=?");
             cells.push_back(toCell(*m_buffer[i], field, holders[i]));
         }
@@ -359,6 +387,7 @@ void RecordsetImpl::deleteCurrent()
 {
     if (!updatable())
         throw StoreError::make(err::ReadOnly);
+    connection().ensureWritable();
     m_mode = Mode::None;
     Connection &c = connection();
     currentRow();

@@ -1,8 +1,10 @@
 #include "ontology/edit/links.h"
 
+#include "core/file_steps.h"
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
+#include "core/store/errors.h"
 #include "core/store/recordset.h"
 #include "core/store/types.h"
 
@@ -49,7 +51,7 @@ void CheckTermBaseLinks()
         const std::optional<QString> file = UI().GetOpenFileName(request);
         if (!file)
             break; // a cancelled dialog ends the check
-        if (file->isEmpty()) {
+        if (file->isEmpty() || RefuseDoubleQuotedPath(*file)) {
             DropLink(links);
             continue;
         }
@@ -135,8 +137,13 @@ QStringList UnmatchedConcepts(Recordset &tbConcepts, Recordset &ontoConcepts,
         tbConcepts.MoveFirst();
     for (; !tbConcepts.Eof(); tbConcepts.MoveNext()) {
         const QString identifier = tbConcepts.Value(u"Concept").toString();
-        ontoConcepts.FindFirst(QStringLiteral("Concept = ") + quote + identifier + quote);
-        if (ontoConcepts.NoMatch())
+        // No concept of the ontology holds a double quote; criteria with one would match others.
+        bool found = false;
+        if (!identifier.contains(QLatin1Char('"'))) {
+            ontoConcepts.FindFirst(QStringLiteral("Concept = ") + quote + identifier + quote);
+            found = !ontoConcepts.NoMatch();
+        }
+        if (!found)
             unmatched.append(identifier);
         counter.step();
     }
@@ -211,7 +218,20 @@ void AddLink(const QString &path)
 bool AssignTermbase(const QString &path, const AssignProgress &progress)
 {
     ProcessState &p = Process();
+    if (RefuseDoubleQuotedPath(path))
+        return false;
+    // Both files are written, the ontology last: a file that can't be is found out before
+    // anything changes.
+    if (!p.OntoDB.Updatable()) {
+        UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
+        return false;
+    }
     Database termbase = DBEngine::OpenDatabase(path);
+    if (!termbase.Updatable()) {
+        termbase.Close();
+        UI().MsgBox(ReadOnlyFileError(path).description(), msg::Exclamation);
+        return false;
+    }
     Recordset tbConcepts = termbase.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
     tbConcepts.SetIndex(QStringLiteral("Concept"));
     Recordset ontoConcepts =
@@ -255,12 +275,27 @@ QStringList ReadTermBaseLinks()
 
 void ReleaseTermbase(const QString &path)
 {
+    ProcessState &p = Process();
+    if (!p.OntoDB.Updatable()) {
+        UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
+        return;
+    }
     Recordset links =
-        Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM TermBases"), dbOpenDynaset);
-    links.FindFirst(QStringLiteral("DBName = ") + Process().Quote + path + Process().Quote);
-    if (!links.NoMatch()) {
-        links.Edit();
-        links.Delete();
+        p.OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM TermBases"), dbOpenDynaset);
+    if (path.contains(QLatin1Char('"'))) {
+        // A link made before such paths were refused: criteria can't hold it, so the rows are
+        // compared one by one, as the store compares text.
+        while (!links.Eof() &&
+               links.Value(u"DBName").toString().compare(path, Qt::CaseInsensitive) != 0)
+            links.MoveNext();
+        if (!links.Eof())
+            links.Delete();
+    } else {
+        links.FindFirst(QStringLiteral("DBName = ") + p.Quote + path + p.Quote);
+        if (!links.NoMatch()) {
+            links.Edit();
+            links.Delete();
+        }
     }
     links.Close();
 }

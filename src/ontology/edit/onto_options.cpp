@@ -1,5 +1,6 @@
 #include "ontology/edit/onto_options.h"
 
+#include "core/interaction.h"
 #include "core/store/errors.h"
 #include "core/store/types.h"
 #include "ontology/store/concept_list.h"
@@ -16,11 +17,20 @@ namespace {
 constexpr int TypeMismatch = 13;
 
 // Show of each row of Languages from the tick at the same position; rows past the ticks stay.
+// On a file open read-only, changed ticks are not written, and the user is told why.
 void StoreWorkingLanguages(const QList<bool> &shown)
 {
-    Recordset rs =
-        Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM Languages"), dbOpenDynaset);
+    ProcessState &p = Process();
+    Recordset rs = p.OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM Languages"), dbOpenDynaset);
+    const bool readOnly = !p.OntoDB.Updatable();
     for (qsizetype i = 0; !rs.Eof() && i < shown.size(); rs.MoveNext(), ++i) {
+        if (readOnly) {
+            if (rs.Value(u"Show").toBool() != shown[i]) {
+                UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
+                break;
+            }
+            continue;
+        }
         rs.Edit();
         rs.Collect(u"Show", shown[i]);
         rs.Update();

@@ -86,19 +86,24 @@ ConceptHeading ReadConceptHeading(const QString &identifier)
     rs.Seek(u"=", identifier);
     if (!rs.NoMatch()) {
         heading.found = true;
-        if (rs.Value(u"definition").isNull()) {
+        // Nulls are repaired on disk, or only here when the file is open read-only.
+        const bool repair = Process().OntoDB.Updatable();
+        const bool nullDefinition = rs.Value(u"definition").isNull();
+        if (nullDefinition && repair) {
             rs.Edit();
             rs.Collect(u"definition", QStringLiteral("Undefined"));
             rs.Update();
         }
-        heading.definition = rs.Fields(u"definition").Text();
+        heading.definition = nullDefinition && !repair ? QStringLiteral("Undefined")
+                                                       : rs.Fields(u"definition").Text();
         heading.type = quint8(rs.Value(u"Type").toInt());
-        if (rs.Value(u"subset_ID").isNull()) {
+        const bool nullSubset = rs.Value(u"subset_ID").isNull();
+        if (nullSubset && repair) {
             rs.Edit();
             rs.Collect(u"subset_ID", 1);
             rs.Update();
         }
-        heading.subset = SubsetNameOf(rs.Value(u"subset_ID").toInt());
+        heading.subset = SubsetNameOf(nullSubset ? 1 : rs.Value(u"subset_ID").toInt());
     }
     rs.Close();
     return heading;

@@ -128,6 +128,18 @@ PropertiesTexts TextsOf(const OntoMetaData &meta)
             meta.Contact};
 }
 
+void CloseOntologySteps(OntologyEditor &editor, QString &path, bool writeMetaData);
+
+// The name of the open ontology in the window's caption; a file open read-only says so there.
+QString OntologyCaption(const OntologyEditor &editor)
+{
+    const ProcessState &p = Process();
+    QString caption = editor.BaseCaption + QStringLiteral(" - ") + p.OntoMeta.Name;
+    if (p.OntoDB.isOpen() && !p.OntoDB.Updatable())
+        caption += QStringLiteral(" (read-only)");
+    return caption;
+}
+
 void ReportOpenError(const StoreError &error, const QString &path)
 {
     if (error.number() == err::UnrecognizedFormat || error.number() == err::ObjectNotFound)
@@ -141,6 +153,11 @@ void ReportOpenError(const StoreError &error, const QString &path)
 void CreateOntology(OntologyEditor &editor, const QString &file)
 {
     ProcessState &p = Process();
+    // A seed that can't be read would stop the copy half-way, with the new file made.
+    if (const std::optional<QString> problem = SeedFileProblem()) {
+        UI().MsgBox(*problem, msg::Critical, QStringLiteral("Error"));
+        return;
+    }
     p.OntoPath = file;
     p.OntoFolder = FolderOf(file);
     CreateOntologySchema(p.OntoPath); // OntoDB is open from here
@@ -179,6 +196,8 @@ void NewOntology(OntologyEditor &editor)
         const std::optional<QString> file = UI().GetSaveFileName(request);
         if (!file)
             return; // cancelled: nothing is said
+        if (RefuseDoubleQuotedPath(*file))
+            return;
         CreateOntology(editor, *file);
     } catch (const StoreError &error) {
         if (error.number() == err::DatabaseExists) {
@@ -205,7 +224,7 @@ void OpenOntologyByDialog(OntologyEditor &editor)
         request.filterIndex = 1;
         request.initialDir = OntologiesFolder();
         const std::optional<QString> file = UI().GetOpenFileName(request);
-        if (!file)
+        if (!file || RefuseDoubleQuotedPath(*file))
             return;
         p.OntoPath = *file;
         p.OntoFolder = FolderOf(*file);
@@ -222,7 +241,7 @@ void OpenDroppedOntology(OntologyEditor &editor, const QStringList &files)
 {
     // No close of an open ontology first, OntoFolder stays as it is and the publish folder
     // isn't looked at: the old handle is simply replaced.
-    if (files.isEmpty())
+    if (files.isEmpty() || RefuseDoubleQuotedPath(files.first()))
         return;
     ProcessState &p = Process();
     p.OntoPath = files.first();
@@ -231,9 +250,13 @@ void OpenDroppedOntology(OntologyEditor &editor, const QStringList &files)
 
 void EditOntologyProperties(OntologyEditor &editor)
 {
+    const ProcessState &p = Process();
     OntoMetaData &meta = Process().OntoMeta;
     const PropertiesTexts texts = editor.ShowProperties(TextsOf(meta));
-    if (!texts.Name.isEmpty()) {
+    if (!texts.Name.isEmpty() && texts != TextsOf(meta) && !p.OntoDB.Updatable()) {
+        // They would reach the file at close, which can't be written.
+        UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
+    } else if (!texts.Name.isEmpty()) {
         // Memory only: CloseOntology writes them, with Modified as the time of closing.
         meta.Name = texts.Name;
         meta.Author = texts.Author;
@@ -243,7 +266,7 @@ void EditOntologyProperties(OntologyEditor &editor)
         meta.Modified = TextToDate(texts.Modified);
         meta.Owner = texts.Owner;
     }
-    editor.SetCaption(editor.BaseCaption + QStringLiteral(" - ") + meta.Name);
+    editor.SetCaption(OntologyCaption(editor));
 }
 
 void OpenOntology(OntologyEditor &editor, QString &path)
@@ -266,22 +289,31 @@ void OpenOntology(OntologyEditor &editor, QString &path)
         p.TopConcept = GetTopConcept();
         editor.CurrentConcept = p.TopConcept;
         editor.BindConceptList(QStringLiteral("Concept"));
-        editor.SetCaption(editor.BaseCaption + QStringLiteral(" - ") + p.OntoMeta.Name);
+        editor.SetCaption(OntologyCaption(editor));
         editor.EnableOntologyCommands();
         editor.UpdateStatusCounts();
         editor.SetWindowPointer(pointer::Arrow);
     } catch (const StoreError &error) {
         ReportOpenError(error, path);
-        CloseOntology(editor, path);
+        // A file that failed to open is not written to: its MetaData stays as it was.
+        CloseOntologySteps(editor, path, false);
         editor.SetWindowPointer(pointer::Arrow);
     }
 }
 
 void CloseOntology(OntologyEditor &editor, QString &path)
 {
+    CloseOntologySteps(editor, path, Process().OntoDB.Updatable());
+}
+
+namespace {
+
+void CloseOntologySteps(OntologyEditor &editor, QString &path, bool writeMetaData)
+{
     ProcessState &p = Process();
     IgnoreErrors([&] { editor.UnloadOtherWindows(); });
-    WriteMetaDataAtClose(p.OntoDB, p.OntoMeta);
+    if (writeMetaData)
+        WriteMetaDataAtClose(p.OntoDB, p.OntoMeta);
     IgnoreErrors([&] { editor.rsList.Close(); });
     IgnoreErrors([&] { p.rsInherit.Close(); });
     IgnoreErrors([&] { editor.BindConceptList(QString()); });
@@ -298,6 +330,8 @@ void CloseOntology(OntologyEditor &editor, QString &path)
     editor.DisableOntologyCommands();
     editor.UpdateStatusCounts();
 }
+
+} // namespace
 
 std::optional<QString> CheckPropertiesName(const QString &name)
 {

@@ -4,6 +4,8 @@
 #include "core/process.h"
 #include "core/store/errors.h"
 
+#include <optional>
+
 namespace lx {
 
 using namespace store;
@@ -21,12 +23,18 @@ int intValue(const FieldRef &field)
     return v.toInt();
 }
 
-// CONCEPTS as a snapshot, on the row of the identifier if there is one.
-Recordset findConcept(const QString &identifier)
+// CONCEPTS as a snapshot on the row of the identifier; nothing when no row has it. No row can
+// hold a double quote in its identifier, so such an identifier is answered without a query,
+// which it would break out of.
+std::optional<Recordset> findConcept(const QString &identifier)
 {
+    if (identifier.contains(QLatin1Char('"')))
+        return std::nullopt;
     const QString &q = Process().Quote;
     Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenSnapshot);
     rs.FindFirst(QStringLiteral("Concept = ") + q + identifier + q);
+    if (rs.NoMatch())
+        return std::nullopt;
     return rs;
 }
 
@@ -36,29 +44,29 @@ Recordset findConcept(const QString &identifier)
 
 bool ConceptExists(const QString &identifier)
 {
-    return !findConcept(identifier).NoMatch();
+    return findConcept(identifier).has_value();
 }
 
 int ConceptType(const QString &identifier)
 {
-    Recordset rs = findConcept(identifier);
-    if (rs.NoMatch()) {
+    const std::optional<Recordset> rs = findConcept(identifier);
+    if (!rs) {
         UI().MsgBox(QStringLiteral("Critical error. Error code LX010. Please Report."),
                     msg::Critical, kErrorTitle);
         return 1;
     }
-    return intValue(rs.Fields(u"Type"));
+    return intValue(rs->Fields(u"Type"));
 }
 
 QString ConceptDefinition(const QString &identifier)
 {
-    Recordset rs = findConcept(identifier);
-    if (rs.NoMatch()) {
+    const std::optional<Recordset> rs = findConcept(identifier);
+    if (!rs) {
         UI().MsgBox(QStringLiteral("Critical error. Error code LX038. Please Report."),
                     msg::Critical, kErrorTitle);
         return QString();
     }
-    const QVariant definition = rs.Fields(u"definition").Value();
+    const QVariant definition = rs->Fields(u"definition").Value();
     if (definition.isNull())
         return QStringLiteral("Undefined");
     QString text = definition.toString();
@@ -72,9 +80,10 @@ QString GetTopConcept()
     rs.FindFirst(QStringLiteral("Type = 100"));
     if (!rs.NoMatch())
         return rs.Fields(u"Concept").Text();
-    // A file from before the top-level type: its "ALL" becomes the top concept.
+    // A file from before the top-level type: its "ALL" becomes the top concept, on disk too
+    // unless the file is open read-only.
     rs.FindFirst(QStringLiteral("Concept = 'ALL'"));
-    if (!rs.NoMatch()) {
+    if (!rs.NoMatch() && Process().OntoDB.Updatable()) {
         rs.Edit();
         rs.Collect(u"Type", 100);
         rs.Update();

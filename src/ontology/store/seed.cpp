@@ -12,7 +12,7 @@ void CopySeedContent()
 {
     ProcessState &process = Process();
     process.OntoDB = DBEngine::OpenDatabase(process.OntoPath);
-    Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, false, kSeedConnect);
+    Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, true, kSeedConnect);
     // A subset before its concepts, a concept before its links. Default and the AutoNumber of
     // RELATIONS stay behind: no seeded slot is a default.
     CopySeedTable(process.OntoDB, seed, QStringLiteral("Subsets"), {u"subset_ID", u"Subset"});

@@ -12,6 +12,7 @@
 #include <QFileInfo>
 
 #include <exception>
+#include <optional>
 
 namespace lx {
 
@@ -84,6 +85,11 @@ void AddMetaDataRow(Database &db, const PropertiesTexts &texts)
 // Ontology stays as it is on disk.
 void WriteMetaDataAtClose(Database &db, TermMetaData &meta)
 {
+    if (!db.Updatable()) {
+        // Open read-only, or closed after a failed open: the file is left as it was.
+        meta = TermMetaData{};
+        return;
+    }
     Recordset rs;
     IgnoreErrors(
         [&] { rs = db.OpenRecordset(QStringLiteral("SELECT * FROM MetaData"), dbOpenDynaset); });
@@ -136,6 +142,16 @@ void CloseTermbaseRecordsets()
                           &p.rsPointers, &p.rsRefValues, &p.rsTEConcepts})
         IgnoreErrors([&] { rs->Close(); });
     p.DataCats.clear();
+}
+
+// The name of the open termbase in the editor's caption; a file open read-only says so there.
+QString TermbaseCaption(const TermbaseEditor &editor)
+{
+    const ProcessState &p = Process();
+    QString caption = editor.BaseCaption + QStringLiteral(" - ") + p.TermMeta.Name;
+    if (p.TermDB.isOpen() && !p.TermDB.Updatable())
+        caption += QStringLiteral(" (read-only)");
+    return caption;
 }
 
 void ReportOpenError(const StoreError &error, const QString &path)
@@ -196,6 +212,18 @@ void NewTermbase(TermbaseEditor &editor)
         const std::optional<QString> file = UI().GetSaveFileName(request);
         if (!file)
             return; // cancelled: nothing is said
+        if (RefuseDoubleQuotedPath(*file))
+            return;
+        // The new file is linked in the ontology, and made from the seed: both are checked
+        // first, so the command doesn't stop half-way.
+        if (!p.OntoDB.Updatable()) {
+            UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
+            return;
+        }
+        if (const std::optional<QString> problem = SeedFileProblem()) {
+            UI().MsgBox(*problem, msg::Critical, QStringLiteral("Error"));
+            return;
+        }
         p.TermPath = *file;
         p.TermFolder = FolderOf(*file);
         if (p.OntoFolder == p.TermFolder) {
@@ -234,7 +262,7 @@ void OpenTermbaseByDialog(TermbaseEditor &editor)
         request.filterIndex = 1;
         request.initialDir = TermBasesFolder();
         const std::optional<QString> file = UI().GetOpenFileName(request);
-        if (!file)
+        if (!file || RefuseDoubleQuotedPath(*file))
             return;
         p.TermPath = *file;
         p.TermFolder = FolderOf(*file);
@@ -257,11 +285,22 @@ void EditTermbaseProperties(TermbaseEditor &editor)
 {
     ProcessState &p = Process();
     TermMetaData &meta = p.TermMeta;
-    const PropertiesTexts texts = editor.ShowTermbaseProperties(
-        {meta.Name, DateToText(meta.Created), DateToText(meta.Modified), meta.Owner, meta.Author,
-         meta.Description, meta.Contact});
+    const PropertiesTexts shown{meta.Name,
+                                DateToText(meta.Created),
+                                DateToText(meta.Modified),
+                                meta.Owner,
+                                meta.Author,
+                                meta.Description,
+                                meta.Contact};
+    const PropertiesTexts texts = editor.ShowTermbaseProperties(shown);
     if (texts.Name.isEmpty())
         return;
+    if (!p.TermDB.Updatable()) {
+        // They would reach the file at close, which can't be written.
+        if (texts != shown)
+            UI().MsgBox(ReadOnlyFileError(p.TermPath).description(), msg::Exclamation);
+        return;
+    }
     // Memory only: CloseTermbase writes them, with Modified as the time of closing.
     meta.Name = texts.Name;
     meta.Author = texts.Author;
@@ -270,7 +309,7 @@ void EditTermbaseProperties(TermbaseEditor &editor)
     meta.Description = texts.Description;
     meta.Modified = TextToDate(texts.Modified);
     meta.Owner = texts.Owner;
-    editor.SetCaption(editor.BaseCaption + QStringLiteral(" - ") + meta.Name);
+    editor.SetCaption(TermbaseCaption(editor));
 }
 
 void SetTermbaseOptions(TermbaseEditor &editor)
@@ -328,12 +367,14 @@ void OpenTermbase(TermbaseEditor &editor, QString &path)
         editor.TermCount = CountRows(p.TermDB, QStringLiteral("SELECT elemID from elements ") +
                                                    QStringLiteral("WHERE categoryID = '1'"));
         editor.ShowCounts();
-        editor.SetCaption(editor.BaseCaption + QStringLiteral(" - ") + p.TermMeta.Name);
+        editor.SetCaption(TermbaseCaption(editor));
         editor.EnableEditor();
         editor.SetOntologyPanel(p.TermMeta.Name);
         editor.SetWindowPointer(pointer::Arrow);
     } catch (const StoreError &error) {
         ReportOpenError(error, path);
+        // Nothing is written to a file that failed to open, not even at the next close.
+        IgnoreErrors([&] { p.TermDB.Close(); });
         editor.SetWindowPointer(pointer::Arrow);
     }
 }

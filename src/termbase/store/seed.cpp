@@ -12,7 +12,7 @@ using namespace store;
 void CopyTermbaseSeed(const QString &path)
 {
     Database termbase = DBEngine::OpenDatabase(path);
-    Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, false, kSeedConnect);
+    Database seed = DBEngine::OpenDatabase(SeedDatabasePath(), false, true, kSeedConnect);
     CopySeedTable(termbase, seed, QStringLiteral("charsets"),
                   {u"charsetID", u"description", u"wsd"});
     CopySeedTable(termbase, seed, QStringLiteral("langs"),

@@ -1,8 +1,11 @@
+#include "core/text/collation.h"
 #include "edit_fixture.h"
 #include "ontology/edit/links.h"
 #include "termbase/store/schema.h"
 
 #include <QFile>
+
+#include <sqlite3.h>
 
 using namespace lx;
 
@@ -179,6 +182,81 @@ TEST_F(AssignTest, AcceptingMakesTheTermbaseAgreeAndLinksIt)
                                    QStringLiteral("Adding concepts... 3/3")}));
     EXPECT_EQ(links(), (QStringList{paths[1], paths[0]}));
     EXPECT_EQ(ontologyOf(paths[0]), Process().OntoPath);
+}
+
+} // namespace
+
+namespace {
+
+// A path stands between double quotes in the criteria of a release: a path holding one is
+// never assigned, and a link with one made before is released on its own.
+TEST_F(AssignTest, APathWithADoubleQuoteTouchesNoOtherLink)
+{
+    const QString quoted = folder.path(QStringLiteral("say \"cheese\".ltb"));
+    ASSERT_TRUE(QFile::copy(paths[0], quoted));
+    const QByteArray before = FileBytes(quoted);
+    user.answerMsgBox(msg::OK);
+    EXPECT_FALSE(AssignTermbase(quoted, status));
+    ASSERT_EQ(user.calls().size(), 1);
+    EXPECT_EQ(user.calls()[0].text,
+              QStringLiteral("The file name must not contain a double quote (\"): ") + quoted);
+    EXPECT_EQ(FileBytes(quoted), before);
+    EXPECT_EQ(links(), QStringList{paths[1]});
+
+    const QString crafted = QStringLiteral("x\" OR DBName <> \"");
+    addRow(QStringLiteral("TermBases"), {{u"DBName", crafted}});
+    addRow(QStringLiteral("TermBases"), {{u"DBName", quoted}});
+    ReleaseTermbase(crafted);
+    EXPECT_EQ(links(), (QStringList{paths[1], quoted}));
+    ReleaseTermbase(quoted);
+    EXPECT_EQ(links(), QStringList{paths[1]});
+}
+
+// A termbase concept that holds a double quote (from a file made elsewhere) matches no concept
+// of the ontology, whatever criteria it would make.
+TEST_F(AssignTest, ATermbaseConceptWithADoubleQuoteMatchesNothing)
+{
+    sqlite3 *raw = nullptr;
+    sqlite3_open(paths[0].toUtf8().constData(), &raw);
+    sqlite3_create_collation(raw, "LX", SQLITE_UTF8, nullptr,
+                             [](void *, int lenA, const void *a, int lenB, const void *b) {
+                                 return text::CompareText(
+                                     std::string_view(static_cast<const char *>(a), size_t(lenA)),
+                                     std::string_view(static_cast<const char *>(b), size_t(lenB)));
+                             });
+    ASSERT_EQ(sqlite3_exec(raw, "INSERT INTO CONCEPTS (Concept) VALUES ('X\" OR Concept <> \"')",
+                           nullptr, nullptr, nullptr),
+              SQLITE_OK);
+    sqlite3_close(raw);
+    user.answerMsgBox(msg::No);
+    EXPECT_FALSE(AssignTermbase(paths[0], status));
+    EXPECT_TRUE(user.calls()[0].text.startsWith(QStringLiteral("2 concepts used in ")));
+}
+
+// Both files are written, the ontology last: either one open read-only stops the assignment
+// before anything is written, and says why.
+TEST_F(AssignTest, AReadOnlyFileStopsAssignAndReleaseBeforeAnyWrite)
+{
+    const QByteArray termbase = FileBytes(paths[0]);
+    user.answerMsgBox(msg::OK).answerMsgBox(msg::OK).answerMsgBox(msg::OK);
+    {
+        NoWriteAccess noAccess;
+        EXPECT_FALSE(AssignTermbase(paths[0], status));
+    }
+    EXPECT_EQ(user.calls()[0].text,
+              QStringLiteral("Cannot update. The file is read-only: ") + paths[0]);
+    EXPECT_EQ(FileBytes(paths[0]), termbase);
+
+    db.Close();
+    Process().OntoDB = db = store::DBEngine::OpenDatabase(Process().OntoPath, false, true, {});
+    EXPECT_FALSE(AssignTermbase(paths[0], status));
+    ReleaseTermbase(paths[1]);
+    ASSERT_EQ(user.calls().size(), 3);
+    for (int i = 1; i < 3; ++i)
+        EXPECT_EQ(user.calls()[i].text,
+                  QStringLiteral("Cannot update. The file is read-only: ") + Process().OntoPath);
+    EXPECT_EQ(FileBytes(paths[0]), termbase);
+    EXPECT_EQ(links(), QStringList{paths[1]});
 }
 
 } // namespace

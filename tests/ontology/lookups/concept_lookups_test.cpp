@@ -124,3 +124,41 @@ TEST_F(ConceptLookups, CountSubset)
 }
 
 } // namespace
+
+namespace {
+
+// No identifier holds a double quote: the store refuses one, and a lookup given one answers
+// "no such concept" instead of running criteria that it would break out of.
+TEST_F(ConceptLookups, AnIdentifierWithADoubleQuoteNamesNoConcept)
+{
+    addConcept(QStringLiteral("TOP"), 100);
+    addConcept(QStringLiteral("RUN"), 2);
+    const QString crafted = QStringLiteral("X\" OR Concept <> \"");
+    EXPECT_STORE_ERROR(addConcept(crafted), err::ValidationRule);
+    EXPECT_STORE_ERROR(link(QStringLiteral("RUN"), QStringLiteral("TOP\"")), err::ValidationRule);
+
+    test::ScriptedUser user;
+    user.answerMsgBox(msg::OK);
+    EXPECT_FALSE(ConceptExists(crafted));
+    EXPECT_FALSE(ConceptExists(QStringLiteral("RUN\"")));
+    EXPECT_EQ(ConceptType(crafted), 1) << "not the type of the first row";
+    expectCriticalBox(user, "Critical error. Error code LX010. Please Report.");
+}
+
+// On a file open read-only the top concept is repaired in memory only.
+TEST_F(ConceptLookups, AReadOnlyFileIsRepairedInMemoryOnly)
+{
+    addConcept(QStringLiteral("ALL"), 1);
+    const QString path = db.Name();
+    db.Close();
+    const QByteArray before = FileBytes(path);
+    {
+        NoWriteAccess noAccess;
+        Process().OntoDB = db = DBEngine::OpenDatabase(path);
+    }
+    EXPECT_EQ(GetTopConcept(), QStringLiteral("ALL"));
+    db.Close();
+    EXPECT_EQ(FileBytes(path), before);
+}
+
+} // namespace

@@ -1,11 +1,14 @@
 #include "core/interaction.h"
 #include "core/store/database.h"
+#include "support/temp_store.h"
 #include "termbase/store/lifecycle.h"
 #include "termbase_fixture.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <sqlite3.h>
 
 using namespace lx;
 using namespace lx::store;
@@ -277,3 +280,101 @@ TEST_F(TermbaseLifeCycle, OptionsTakeEnglishOrSpanishOnly)
     EXPECT_EQ(p.TermMeta.DCList, QStringLiteral("list"));
     EXPECT_TRUE(editor.asList);
 }
+
+namespace {
+
+// What the user is told when "New" stops before making anything.
+QString newTermbaseRefusal(TermbaseEditor &editor, const QString &path)
+{
+    ScriptedInteraction user;
+    InteractionScope scope(user);
+    user.answerSaveFile(path).answerMsgBox(msg::OK);
+    NewTermbase(editor);
+    return user.calls().size() == 2 ? user.calls()[1].text : QString();
+}
+
+// "New" checks what would stop it half-way before it makes the file: a path that criteria
+// can't hold, an ontology that can't take the link, a seed that can't be read.
+TEST_F(TermbaseLifeCycle, NewStopsBeforeMakingAFileItCouldNotFinish)
+{
+    ProcessState &p = Process();
+    const QString quoted = TermBasesFolder() + QStringLiteral("say \"cheese\".ltb");
+    EXPECT_EQ(newTermbaseRefusal(editor, quoted),
+              QStringLiteral("The file name must not contain a double quote (\"): ") + quoted);
+    EXPECT_FALSE(QFile::exists(quoted));
+
+    ASSERT_TRUE(QFile::copy(SeedDatabasePath(), SeedDatabasePath() + QStringLiteral(".kept")));
+    ASSERT_TRUE(QFile::remove(SeedDatabasePath()));
+    EXPECT_EQ(newTermbaseRefusal(editor, termbasePath()),
+              QStringLiteral("The seed file can't be read: Could not find file '") +
+                  SeedDatabasePath() + QStringLiteral("'."));
+    ASSERT_TRUE(QFile::rename(SeedDatabasePath() + QStringLiteral(".kept"), SeedDatabasePath()));
+
+    p.OntoDB.Close();
+    p.OntoDB = DBEngine::OpenDatabase(p.OntoPath, false, true, QString());
+    EXPECT_EQ(newTermbaseRefusal(editor, termbasePath()),
+              QStringLiteral("Cannot update. The file is read-only: ") + p.OntoPath);
+
+    EXPECT_FALSE(QFile::exists(termbasePath()));
+    EXPECT_TRUE(p.TermPath.isEmpty());
+}
+
+TEST_F(TermbaseLifeCycle, AReadOnlyTermbaseSaysSoAndIsLeftAsItWas)
+{
+    createByUser();
+    CloseTermbaseCommand(editor);
+    const QByteArray before = FileBytes(termbasePath());
+    {
+        NoWriteAccess noAccess;
+        EXPECT_EQ(openByUser(termbasePath()), QString()) << "a good file, and no message";
+    }
+    EXPECT_EQ(editor.caption, QStringLiteral("TermBase Editor - Demo (read-only)"));
+    EXPECT_TRUE(editor.enabled);
+
+    ScriptedInteraction user;
+    InteractionScope scope(user);
+    user.answerMsgBox(msg::OK);
+    editor.propertiesAnswer.Name = QStringLiteral("Renamed");
+    EditTermbaseProperties(editor);
+    ASSERT_EQ(user.calls().size(), 1);
+    EXPECT_EQ(user.calls()[0].text,
+              QStringLiteral("Cannot update. The file is read-only: ") + termbasePath());
+    EXPECT_EQ(Process().TermMeta.Name, QStringLiteral("Demo"));
+
+    CloseTermbaseCommand(editor);
+    EXPECT_EQ(FileBytes(termbasePath()), before);
+    EXPECT_FALSE(QFile::exists(termbasePath() + QStringLiteral("-wal")));
+}
+
+// A file that fails to open is not written, not even by the close that follows.
+TEST_F(TermbaseLifeCycle, AFailedOpenLeavesTheFileAsItWas)
+{
+    // An ontology file, whose MetaData has other fields.
+    const QString ontology = TermBasesFolder() + QStringLiteral("onto.ltb");
+    {
+        Database db = DBEngine::Workspaces(0).CreateDatabase(ontology, dbLangGeneral);
+        BuildOntologyTables(db);
+        Recordset rs = db.OpenRecordset(QStringLiteral("MetaData"), dbOpenTable);
+        rs.AddNew();
+        rs.Collect(u"Name", QStringLiteral("Onto"));
+        rs.Update();
+        db.Close();
+    }
+    // A termbase of this ontology with a table missing behind the store's back.
+    createByUser();
+    CloseTermbaseCommand(editor);
+    sqlite3 *raw = nullptr;
+    sqlite3_open(termbasePath().toUtf8().constData(), &raw);
+    ASSERT_EQ(sqlite3_exec(raw, "DROP TABLE pointers", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(raw);
+
+    for (const QString &path : {ontology, termbasePath()}) {
+        const QByteArray before = FileBytes(path);
+        EXPECT_FALSE(openByUser(path).isEmpty()) << "an error is shown";
+        EXPECT_EQ(Process().TermPath, path);
+        CloseTermbaseCommand(editor);
+        EXPECT_EQ(FileBytes(path), before) << path.toStdString();
+    }
+}
+
+} // namespace
