@@ -10,6 +10,7 @@
 #include "ui/frm_onto_options.h"
 #include "ui/frm_properties.h"
 #include "ui/images.h"
+#include "ui/list_views.h"
 #include "ui/window_place.h"
 
 #include <QCheckBox>
@@ -128,9 +129,11 @@ void frmOntoEdit::ClearConceptView()
 {
     txtDef->clear();
     txtCptSearch->clear();
-    for (QListWidget *list : {lstISA, lstDescendants, lstAncestors, lstSubclasses})
+    for (QListWidget *list : {lstISA, lstSubclasses})
         list->clear();
-    lvwInherit->clear();
+    for (QListView *list : {lstDescendants, lstAncestors})
+        SetTexts(list, {});
+    TableModel(lvwInherit)->clear();
     lvwNames->clear();
     lstRels->clear();
     lstAttrs->clear();

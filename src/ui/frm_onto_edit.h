@@ -25,6 +25,7 @@ class QSplitter;
 class QStringListModel;
 class QTabWidget;
 class QToolBar;
+class QTreeView;
 class QTreeWidget;
 
 namespace lx::ui {
@@ -163,13 +164,13 @@ public:
     QLabel *lblRels, *lblAttrs;
     QListWidget *lstRels, *lstAttrs;
     // "Relatives"
-    QListWidget *lstAncestors, *lstDescendants;
+    QListView *lstAncestors, *lstDescendants;
     QCheckBox *chkActiveAnc, *chkActivDesc;
     // "Inheritance"
     QGroupBox *fraInherit, *fralvwInclude;
     QRadioButton *optOff, *optCumulative, *optExclusive;
     QCheckBox *chkInhRels, *chkInhAttrs;
-    QTreeWidget *lvwInherit;
+    QTreeView *lvwInherit;
 
     // Hidden labels through which the dialogs signal a new concept, relation or attribute.
     SignalLabel *lblNewCpt, *lblNewRel, *lblNewAttr;
@@ -201,7 +202,6 @@ private:
     bool searchBoxEvent(QEvent *event);
     void showNames(const QList<NameRow> &names);
     void showSlots(const SlotLists &slots);
-    void showInheritRow(const InheritRow &row);
     void goToInheritColumn(int column);
     void feedOpenSlotDialogs();
     void setNoteImage(bool hasNote);
@@ -215,7 +215,8 @@ private:
     QList<QLabel *> m_panels;
     QSplitter *m_splitter = nullptr; // between the concept list and the view
     QStringListModel *m_listModel = nullptr;
-    QList<ListRow> m_listRows;
+    ListRows m_listRows;
+    bool m_movingList = false; // the program moves the list: not a click
     QString m_listField = QStringLiteral("Concept");
     int m_inheritSortKey = -1; // the column lvwInherit is sorted on, once a head was clicked
 };

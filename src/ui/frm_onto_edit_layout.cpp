@@ -4,6 +4,7 @@
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
+#include "ui/list_views.h"
 #include "ui/named.h"
 
 #include <QCheckBox>
@@ -22,6 +23,7 @@
 #include <QStringListModel>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QTreeView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -375,8 +377,8 @@ QWidget *frmOntoEdit::buildPropertiesTab()
 QWidget *frmOntoEdit::buildRelativesTab()
 {
     auto *tab = new QWidget(tbsEdit);
-    lstAncestors = MakeList(tab, QStringLiteral("lstAncestors"));
-    lstDescendants = MakeList(tab, QStringLiteral("lstDescendants"));
+    lstAncestors = MakeTextList(tab, QStringLiteral("lstAncestors"));
+    lstDescendants = MakeTextList(tab, QStringLiteral("lstDescendants"));
     chkActiveAnc = Named(new QCheckBox(QStringLiteral("Show all ancestors (slow)"), tab),
                          QStringLiteral("chkActiveAnc"));
     chkActivDesc = Named(new QCheckBox(QStringLiteral("Show all descendants (slow)"), tab),
@@ -417,7 +419,7 @@ QWidget *frmOntoEdit::buildInheritanceTab()
     include->addStretch();
     fralvwInclude->setEnabled(false); // until an inheritance kind is chosen
 
-    lvwInherit = MakeListView(
+    lvwInherit = MakeTextTable(
         tab, QStringLiteral("lvwInherit"),
         {QStringLiteral("Attribute"), QStringLiteral("Value"), QStringLiteral("From")});
     lvwInherit->setContextMenuPolicy(Qt::CustomContextMenu);

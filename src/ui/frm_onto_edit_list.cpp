@@ -5,13 +5,14 @@
 #include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/list_views.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
 #include <QMenu>
-#include <QSignalBlocker>
+#include <QScopedValueRollback>
 #include <QStringListModel>
 
 namespace lx::ui {
@@ -38,9 +39,13 @@ void frmOntoEdit::connectList()
             [this] { RunCommand([this] { txtCptSearch_Change(); }); });
     txtCptSearch->installEventFilter(this);
     connect(dblConcepts, &QListView::clicked, this, Command(this, &frmOntoEdit::dblConcepts_Click));
-    // Moving the selection with the keys is a click too; the program's own moves are not.
-    connect(dblConcepts->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            Command(this, &frmOntoEdit::dblConcepts_Click));
+    // Moving the selection with the keys is a click too; the program's own moves are not. Their
+    // signals still reach the view, which repaints the rows left and entered.
+    connect(dblConcepts->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (!m_movingList)
+            RunCommand([this] { dblConcepts_Click(); });
+    });
+    dblConcepts->viewport()->installEventFilter(new KeepCurrentOnRightPress(dblConcepts));
     connect(dblConcepts, &QListView::doubleClicked, this,
             Command(this, &frmOntoEdit::dblConcepts_DblClick));
     connect(dblConcepts, &QWidget::customContextMenuRequested, this,
@@ -50,32 +55,35 @@ void frmOntoEdit::connectList()
 void frmOntoEdit::ShowConceptList()
 {
     m_listRows = ReadListRows(rsList, m_listField);
-    QStringList texts;
-    texts.reserve(m_listRows.size());
-    for (const ListRow &row : m_listRows)
-        texts.append(row.text);
-    const QSignalBlocker quiet(dblConcepts->selectionModel());
-    m_listModel->setStringList(texts);
+    const QScopedValueRollback moving(m_movingList, true);
+    m_listModel->setStringList(m_listRows.texts);
 }
 
 QString frmOntoEdit::SelectFirstListRow()
 {
     if (m_listModel->rowCount() == 0)
         return {};
-    const QSignalBlocker quiet(dblConcepts->selectionModel());
+    const QScopedValueRollback moving(m_movingList, true);
     dblConcepts->setCurrentIndex(m_listModel->index(0));
     return ListText();
 }
 
 void frmOntoEdit::BindConceptList(const QString &field)
 {
-    // The same field again shows the same rows: a long list isn't read twice.
-    if (field == m_listField && m_listRows.size() == m_listModel->rowCount())
+    // A field naming the column already shown shows the same rows: a long list isn't read
+    // twice. No field names the first column.
+    const auto column = [this](const QString &name) {
+        return name.isEmpty() ? rsList.Fields(0).Name() : rsList.Fields(name).Name();
+    };
+    const bool sameColumn =
+        field == m_listField ||
+        (rsList.isOpen() && column(field).compare(column(m_listField), Qt::CaseInsensitive) == 0);
+    m_listField = field;
+    if (sameColumn && m_listRows.texts.size() == m_listModel->rowCount())
         return;
     const int row = dblConcepts->currentIndex().row();
-    m_listField = field;
     ShowConceptList();
-    const QSignalBlocker quiet(dblConcepts->selectionModel());
+    const QScopedValueRollback moving(m_movingList, true);
     if (row >= 0 && row < m_listModel->rowCount())
         dblConcepts->setCurrentIndex(m_listModel->index(row));
 }
@@ -88,16 +96,17 @@ QString frmOntoEdit::ListText() const
 void frmOntoEdit::selectListRow(store::Bookmark bookmark)
 {
     // A snapshot's bookmark is its row number, so the row is found at once as a rule.
+    const std::vector<store::Bookmark> &marks = m_listRows.bookmarks;
     qsizetype row = -1;
-    if (bookmark >= 0 && bookmark < m_listRows.size() && m_listRows[bookmark].bookmark == bookmark)
+    if (bookmark >= 0 && size_t(bookmark) < marks.size() && marks[size_t(bookmark)] == bookmark)
         row = qsizetype(bookmark);
-    for (qsizetype i = 0; row < 0 && i < m_listRows.size(); ++i) {
-        if (m_listRows[i].bookmark == bookmark)
-            row = i;
+    for (size_t i = 0; row < 0 && i < marks.size(); ++i) {
+        if (marks[i] == bookmark)
+            row = qsizetype(i);
     }
     if (row < 0)
         return;
-    const QSignalBlocker quiet(dblConcepts->selectionModel());
+    const QScopedValueRollback moving(m_movingList, true);
     dblConcepts->setCurrentIndex(m_listModel->index(int(row)));
     dblConcepts->scrollTo(dblConcepts->currentIndex());
 }

@@ -7,6 +7,7 @@
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/images.h"
+#include "ui/list_views.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -19,22 +20,12 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QToolBar>
+#include <QTreeView>
 #include <QTreeWidget>
 
 namespace lx::ui {
 
 namespace {
-
-// A row of lvwInherit; the list sorts as the store orders text.
-class InheritItem : public QTreeWidgetItem {
-public:
-    using QTreeWidgetItem::QTreeWidgetItem;
-    bool operator<(const QTreeWidgetItem &other) const override
-    {
-        const int column = treeWidget() ? treeWidget()->sortColumn() : 0;
-        return lx::text::CompareText(text(column), other.text(column)) < 0;
-    }
-};
 
 QString CurrentText(const QListWidget *list)
 {
@@ -47,12 +38,15 @@ QString CurrentText(const QListWidget *list)
 void frmOntoEdit::connectView()
 {
     // A double click on a parent or relative goes there; on a subclass it searches for it.
-    for (QListWidget *list : {lstISA, lstAncestors, lstDescendants}) {
-        connect(list, &QListWidget::itemDoubleClicked, this, [this, list] {
-            const QString target = CurrentText(list);
-            if (!target.isEmpty())
-                RunCommand([this, target] { GoToConcept(target); });
-        });
+    const auto goTo = [this](const QString &target) {
+        if (!target.isEmpty())
+            RunCommand([this, target] { GoToConcept(target); });
+    };
+    connect(lstISA, &QListWidget::itemDoubleClicked, this,
+            [this, goTo] { goTo(CurrentText(lstISA)); });
+    for (QListView *list : {lstAncestors, lstDescendants}) {
+        connect(list, &QListView::doubleClicked, this,
+                [goTo](const QModelIndex &index) { goTo(index.data().toString()); });
     }
     connect(lstSubclasses, &QListWidget::itemDoubleClicked, this,
             Command(this, &frmOntoEdit::lstSubclasses_DblClick));
@@ -198,16 +192,14 @@ void frmOntoEdit::showSlots(const SlotLists &slots)
 
 void frmOntoEdit::LoadAncestors()
 {
-    lstAncestors->clear();
-    if (chkActiveAnc->isChecked())
-        lstAncestors->addItems(ReadAncestors(CurrentConcept));
+    SetTexts(lstAncestors,
+             chkActiveAnc->isChecked() ? ReadAncestors(CurrentConcept) : QStringList());
 }
 
 void frmOntoEdit::LoadDescendants()
 {
-    lstDescendants->clear();
-    if (chkActivDesc->isChecked())
-        lstDescendants->addItems(ReadDescendants(CurrentConcept));
+    SetTexts(lstDescendants,
+             chkActivDesc->isChecked() ? ReadDescendants(CurrentConcept) : QStringList());
 }
 
 void frmOntoEdit::chkActiveAnc_Click()
@@ -223,7 +215,8 @@ void frmOntoEdit::chkActivDesc_Click()
 // The walk can take long: the list is hidden and the status bar says so while it runs.
 void frmOntoEdit::RefreshInheritance()
 {
-    lvwInherit->clear();
+    TextTableModel *rows = TableModel(lvwInherit);
+    rows->clear();
     if (optOff->isChecked())
         return;
     const QString include = InheritIncludeCode(chkInhRels->isChecked(), chkInhAttrs->isChecked());
@@ -233,30 +226,26 @@ void frmOntoEdit::RefreshInheritance()
     StatusPanel(1)->setText(QStringLiteral("Calculating..."));
     SetWindowPointer(pointer::Hourglass);
     lvwInherit->hide();
-    for (const InheritRow &row :
-         RefreshInheritanceRows(CurrentConcept, optCumulative->isChecked(), include))
-        showInheritRow(row);
+    const std::vector<InheritRow> found =
+        RefreshInheritanceRows(CurrentConcept, optCumulative->isChecked(), include);
+    std::vector<QStringList> cells;
+    cells.reserve(found.size());
+    for (const InheritRow &row : found)
+        cells.push_back({row.Attr, row.Value, row.From});
+    rows->setRows(std::move(cells));
     if (m_inheritSortKey >= 0)
-        lvwInherit->sortItems(m_inheritSortKey, Qt::AscendingOrder);
+        rows->sort(m_inheritSortKey);
     // As in a list of this kind, the first row is the selected one until the user picks.
-    if (lvwInherit->topLevelItemCount() > 0)
-        lvwInherit->setCurrentItem(lvwInherit->topLevelItem(0));
+    if (rows->rowCount() > 0)
+        lvwInherit->setCurrentIndex(rows->index(0, 0));
     lvwInherit->show();
     StatusPanel(1)->setText(kept);
     SetWindowPointer(pointer::Arrow);
 }
 
-void frmOntoEdit::showInheritRow(const InheritRow &row)
-{
-    auto *item = new InheritItem(lvwInherit);
-    item->setText(0, row.Attr);
-    item->setText(1, row.Value);
-    item->setText(2, row.From);
-}
-
 void frmOntoEdit::optOff_Click()
 {
-    lvwInherit->clear();
+    TableModel(lvwInherit)->clear();
     for (QWidget *control :
          {static_cast<QWidget *>(fralvwInclude), static_cast<QWidget *>(chkInhRels),
           static_cast<QWidget *>(chkInhAttrs)})
@@ -291,19 +280,20 @@ void frmOntoEdit::chkInhAttrs_Click()
 void frmOntoEdit::lvwInherit_ColumnClick(int column)
 {
     m_inheritSortKey = column;
-    lvwInherit->sortItems(column, Qt::AscendingOrder);
+    TableModel(lvwInherit)->sort(column);
 }
 
 void frmOntoEdit::lvwInherit_MouseUp()
 {
-    if (lvwInherit->topLevelItemCount() > 0)
+    if (TableModel(lvwInherit)->rowCount() > 0)
         popUp(mnuInherit);
 }
 
 void frmOntoEdit::goToInheritColumn(int column)
 {
-    if (const QTreeWidgetItem *item = lvwInherit->currentItem())
-        txtCptSearch->setText(item->text(column));
+    const QModelIndex current = lvwInherit->currentIndex();
+    if (current.isValid())
+        txtCptSearch->setText(TableModel(lvwInherit)->text(current.row(), column));
 }
 
 void frmOntoEdit::mnuInheritGoToAttr_Click()
@@ -324,15 +314,14 @@ void frmOntoEdit::mnuInheritGoToFrom_Click()
 // The rows as the list shows them, in its present order.
 void frmOntoEdit::mnuInheritCopy_Click()
 {
-    const int count = lvwInherit->topLevelItemCount();
+    const TextTableModel *shown = TableModel(lvwInherit);
+    const int count = shown->rowCount();
     if (count == 0)
         return;
     std::vector<InheritRow> rows;
     rows.reserve(size_t(count));
-    for (int i = 0; i < count; ++i) {
-        const QTreeWidgetItem *item = lvwInherit->topLevelItem(i);
-        rows.push_back({item->text(0), item->text(1), item->text(2)});
-    }
+    for (int i = 0; i < count; ++i)
+        rows.push_back({shown->text(i, 0), shown->text(i, 1), shown->text(i, 2)});
     UI().SetClipboardText(InheritClipboardText(
         CurrentConcept, optCumulative->isChecked(),
         InheritIncludeCode(chkInhRels->isChecked(), chkInhAttrs->isChecked()), rows));

@@ -1,11 +1,63 @@
 #pragma once
 
+#include <QAbstractTableModel>
+#include <QObject>
+#include <QStringList>
+
+#include <vector>
+
+class QListView;
+class QTreeView;
 class QTreeWidget;
+class QWidget;
 
 namespace lx::ui {
 
 // A click on a column head of a list view: the rows sort by that column, and the selected row
 // stays in view.
 void SortByColumn(QTreeWidget *list, int column);
+
+// A list of plain texts that may hold a whole ontology: a view over one list of strings, with
+// no item object per row. Not editable in place.
+QListView *MakeTextList(QWidget *parent, const QString &name);
+void SetTexts(QListView *list, const QStringList &texts);
+QStringList Texts(const QListView *list);
+// The text of the current row, empty without one.
+QString CurrentText(const QListView *list);
+
+// Rows of texts in fixed columns, for a list view that may hold a whole ontology. A sort keeps
+// rows of equal text in their order and ignores case, as the store orders text.
+class TextTableModel : public QAbstractTableModel {
+public:
+    TextTableModel(QStringList heads, QObject *parent);
+
+    void clear() { setRows({}); }
+    void setRows(std::vector<QStringList> rows); // one cell per column in each row
+    QString text(int row, int column) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
+
+private:
+    QStringList m_heads;
+    std::vector<QStringList> m_rows;
+};
+
+// A table of texts under the given heads, over a TextTableModel of its own.
+QTreeView *MakeTextTable(QWidget *parent, const QString &name, const QStringList &heads);
+TextTableModel *TableModel(const QTreeView *table);
+
+// Keeps a view's current row where it is on a right press: the right button opens a popup on
+// the row that was current, it doesn't pick another. Install on the view's viewport.
+class KeepCurrentOnRightPress : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+};
 
 } // namespace lx::ui

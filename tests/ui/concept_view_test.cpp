@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QTest>
+#include <QTreeView>
 #include <QTreeWidget>
 
 namespace {
@@ -107,20 +108,16 @@ protected:
 
     void search(const QString &text) { form.txtCptSearch->setText(text); }
 
-    static QStringList texts(const QListWidget *list)
-    {
-        QStringList rows;
-        for (int i = 0; i < list->count(); ++i)
-            rows << list->item(i)->text();
-        return rows;
-    }
-    static QStringList rows(const QTreeWidget *view, int columns)
+    // Rows as the view shows them, whatever kind of view it is.
+    static QStringList texts(const QAbstractItemView *list) { return rows(list, 1); }
+    static QStringList rows(const QAbstractItemView *view, int columns)
     {
         QStringList out;
-        for (int i = 0; i < view->topLevelItemCount(); ++i) {
+        const QAbstractItemModel *model = view->model();
+        for (int i = 0; i < model->rowCount(); ++i) {
             QStringList cells;
             for (int c = 0; c < columns; ++c)
-                cells << view->topLevelItem(i)->text(c);
+                cells << model->index(i, c).data().toString();
             out << cells.join(u'|');
         }
         return out;
@@ -252,6 +249,52 @@ TEST_F(ConceptViewTest, AClickOnTheCurrentRowLoadsNothingAgain)
     EXPECT_EQ(form.txtDef->toPlainText(), QStringLiteral("Undefined"));
 }
 
+TEST_F(ConceptViewTest, ARightPressKeepsTheCurrentRowForThePopup)
+{
+    openZoo();
+    form.resize(800, 600);
+    form.show();
+    search(QStringLiteral("THING"));
+    const QModelIndex thing = form.dblConcepts->currentIndex();
+    const QModelIndex sparrow =
+        form.dblConcepts->model()->index(int(listed().indexOf(QStringLiteral("SPARROW"))), 0);
+    form.dblConcepts->scrollTo(sparrow);
+    const QPoint onSparrow = form.dblConcepts->visualRect(sparrow).center();
+    ASSERT_TRUE(form.dblConcepts->viewport()->rect().contains(onSparrow));
+
+    QTest::mousePress(form.dblConcepts->viewport(), Qt::RightButton, {}, onSparrow);
+    QTest::mouseRelease(form.dblConcepts->viewport(), Qt::RightButton, {}, onSparrow);
+    EXPECT_EQ(form.dblConcepts->currentIndex(), thing);
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("THING"));
+    Q_EMIT form.dblConcepts->customContextMenuRequested(onSparrow);
+    EXPECT_FALSE(form.mnuConceptDelete->isEnabled()) << "the popup is the top concept's";
+    form.mnuConcept->hide();
+
+    // The left button still picks a row.
+    QTest::mouseClick(form.dblConcepts->viewport(), Qt::LeftButton, {}, onSparrow);
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("SPARROW"));
+}
+
+TEST_F(ConceptViewTest, SearchMovesTellTheListWhichRowsToRepaint)
+{
+    openZoo();
+    search(QStringLiteral("BEAK"));
+    QItemSelectionModel *selection = form.dblConcepts->selectionModel();
+    QList<QModelIndex> left;
+    QList<QModelIndex> entered;
+    QObject::connect(selection, &QItemSelectionModel::selectionChanged,
+                     [&](const QItemSelection &on, const QItemSelection &off) {
+                         entered << on.indexes();
+                         left << off.indexes();
+                     });
+    search(QStringLiteral("SP"));
+    EXPECT_EQ(left, QList<QModelIndex>{form.dblConcepts->model()->index(
+                        int(listed().indexOf(QStringLiteral("BEAK"))), 0)});
+    EXPECT_EQ(entered, QList<QModelIndex>{form.dblConcepts->currentIndex()});
+    EXPECT_EQ(selection->selectedIndexes(), QList<QModelIndex>{form.dblConcepts->currentIndex()});
+    EXPECT_EQ(form.CurrentConcept, QStringLiteral("SPARROW"));
+}
+
 TEST_F(ConceptViewTest, TheTopConceptCantBeDeletedFromThePopup)
 {
     openZoo();
@@ -378,7 +421,7 @@ TEST_F(ConceptViewTest, SlowListsComeOnRequestUnderTheHourglass)
     EXPECT_EQ(form.cursor().shape(), Qt::ArrowCursor);
 
     form.chkActiveAnc->setChecked(false);
-    EXPECT_EQ(form.lstAncestors->count(), 0);
+    EXPECT_EQ(form.lstAncestors->model()->rowCount(), 0);
 }
 
 TEST_F(ConceptViewTest, DoubleClicksOnTheViewsListsGoThere)
@@ -426,7 +469,7 @@ TEST_F(ConceptViewTest, InheritanceSwitchesAndTheirList)
 
     form.optCumulative->setChecked(true);
     EXPECT_TRUE(form.fralvwInclude->isEnabled() && form.chkInhRels->isEnabled());
-    EXPECT_EQ(form.lvwInherit->topLevelItemCount(), 0) << "nothing included yet";
+    EXPECT_EQ(form.lvwInherit->model()->rowCount(), 0) << "nothing included yet";
 
     form.chkInhRels->setChecked(true);
     EXPECT_EQ(rows(form.lvwInherit, 3), (QStringList{QStringLiteral("EATS|SEED (by default)|BIRD"),
@@ -440,10 +483,11 @@ TEST_F(ConceptViewTest, InheritanceSwitchesAndTheirList)
                                                      QStringLiteral("HAS-PART|BEAK|BIRD")}));
 
     form.lvwInherit->header()->sectionClicked(1);
-    EXPECT_EQ(form.lvwInherit->topLevelItem(0)->text(1), QStringLiteral("BEAK"));
-
+    EXPECT_EQ(rows(form.lvwInherit, 3),
+              (QStringList{QStringLiteral("HAS-PART|BEAK|BIRD"),
+                           QStringLiteral("EATS|SEED (by default)|BIRD")}));
     form.optOff->setChecked(true);
-    EXPECT_EQ(form.lvwInherit->topLevelItemCount(), 0);
+    EXPECT_EQ(form.lvwInherit->model()->rowCount(), 0);
     EXPECT_FALSE(form.fralvwInclude->isEnabled() || form.chkInhAttrs->isEnabled());
     EXPECT_EQ(form.cursor().shape(), Qt::ArrowCursor);
 }
@@ -466,7 +510,7 @@ TEST_F(ConceptViewTest, InheritancePopupGoesToItsCellsAndCopies)
                              "COLOUR;brown;BIRD\r\nEATS;SEED (by default);BIRD\r\n"
                              "HAS-PART;WING;ANIMAL\r\nHAS-PART;BEAK;BIRD\r\n"));
 
-    form.lvwInherit->setCurrentItem(form.lvwInherit->topLevelItem(2));
+    form.lvwInherit->setCurrentIndex(form.lvwInherit->model()->index(2, 0));
     form.mnuInherit->findChild<QAction *>(QStringLiteral("mnuInheritGoToValue"))->trigger();
     EXPECT_EQ(form.txtCptSearch->text(), QStringLiteral("WING"));
     EXPECT_EQ(form.CurrentConcept, QStringLiteral("WING"));

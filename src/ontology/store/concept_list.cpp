@@ -7,29 +7,28 @@ namespace lx {
 
 using namespace store;
 
+// Only the identifier: the list shows nothing else and searches nothing else, and a snapshot
+// of every column of a large ontology costs several times the memory and time.
 QString ConceptListQuery(const OntoMetaData &meta)
 {
     switch (meta.ListTop) {
     case 1:
-        return QStringLiteral("SELECT * From CONCEPTS ") + QStringLiteral("WHERE (Subset_ID = ") +
-               QString::number(meta.ActiveSet) + QStringLiteral(") ") +
-               QStringLiteral("ORDER BY Concept");
+        return QStringLiteral("SELECT Concept From CONCEPTS ") +
+               QStringLiteral("WHERE (Subset_ID = ") + QString::number(meta.ActiveSet) +
+               QStringLiteral(") ") + QStringLiteral("ORDER BY Concept");
     case 2:
-        return QStringLiteral("SELECT * From CONCEPTS ") +
+        return QStringLiteral("SELECT Concept From CONCEPTS ") +
                QStringLiteral("WHERE Type <> 4 AND Type <> 14 ") +
                QStringLiteral("ORDER BY Concept");
     default:
-        return QStringLiteral("SELECT * From CONCEPTS ") + QStringLiteral("ORDER BY Concept");
+        return QStringLiteral("SELECT Concept From CONCEPTS ") + QStringLiteral("ORDER BY Concept");
     }
 }
 
+// A table's count is the store's own count of rows: no row is read or copied.
 qint32 CountConcepts()
 {
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenSnapshot);
-    if (rs.RecordCount() > 0) {
-        rs.MoveLast();
-        rs.MoveFirst();
-    }
+    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
     const auto count = qint32(rs.RecordCount());
     rs.Close();
     return count;
@@ -55,15 +54,19 @@ void InitRSListConcepts(OntologyEditor &editor)
     editor.LoadConceptView();
 }
 
-QList<ListRow> ReadListRows(Recordset &rs, const QString &field)
+ListRows ReadListRows(Recordset &rs, const QString &field)
 {
-    QList<ListRow> rows;
+    ListRows rows;
     if (!rs.isOpen() || rs.RecordCount() < 1)
         return rows;
+    const auto count = qsizetype(rs.RecordCount());
+    rows.texts.reserve(count);
+    rows.bookmarks.reserve(size_t(count));
     const FieldRef source = field.isEmpty() ? rs.Fields(0) : rs.Fields(field);
     for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
         const QVariant value = source.Value();
-        rows.append({value.isNull() ? QString() : value.toString(), rs.GetBookmark()});
+        rows.texts.append(value.isNull() ? QString() : value.toString());
+        rows.bookmarks.push_back(rs.GetBookmark());
     }
     rs.MoveFirst();
     return rows;

@@ -3,13 +3,16 @@
 #include "support/temp_store.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 using namespace lx::store;
 
 namespace {
 
 // A link table of the shape of ISA: (Child, Parent), both text, keyed on the pair.
-class ReachableEdgesTest : public ::testing::Test {
+class LinkTableTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -39,14 +42,24 @@ protected:
         rs.Update();
     }
 
-    std::vector<Edge> reach(const QString &start, Direction direction)
+    static QString text(std::string_view utf8)
     {
-        LinkRows rows = ReachableEdges(db, u"links", u"CHILD", u"parent", start, direction);
-        EXPECT_FALSE(rows.wholeTable);
-        std::sort(rows.edges.begin(), rows.edges.end());
-        return rows.edges;
+        return QString::fromUtf8(utf8.data(), qsizetype(utf8.size()));
     }
 
+    // The far ends, sorted as the store sorts text.
+    std::vector<QString> next(const QString &node, Direction direction)
+    {
+        LinkTable links(db, u"links", u"CHILD", u"parent", direction);
+        std::vector<QString> ends;
+        links.next(node.toStdString(), [&](std::string_view end) { ends.push_back(text(end)); });
+        std::sort(ends.begin(), ends.end(), [](const QString &a, const QString &b) {
+            return a.compare(b, Qt::CaseInsensitive) < 0;
+        });
+        return ends;
+    }
+
+    using Edge = std::pair<QString, QString>;
     static Edge e(const char *child, const char *parent)
     {
         return {QString::fromUtf8(child), QString::fromUtf8(parent)};
@@ -56,77 +69,53 @@ protected:
     Database db;
 };
 
-TEST_F(ReachableEdgesTest, EachReachableRowOnceInEitherDirection)
+TEST_F(LinkTableTest, NextFindsTheEndsOfANodeWithoutRegardToCase)
 {
-    // A diamond under TOP, a side branch, and an unrelated pair.
-    link(QStringLiteral("L"), QStringLiteral("TOP"));
-    link(QStringLiteral("R"), QStringLiteral("TOP"));
-    link(QStringLiteral("D"), QStringLiteral("L"));
-    link(QStringLiteral("D"), QStringLiteral("R"));
-    link(QStringLiteral("E"), QStringLiteral("D"));
-    link(QStringLiteral("S"), QStringLiteral("R"));
-    link(QStringLiteral("X"), QStringLiteral("Y"));
+    link(QStringLiteral("beta"), QStringLiteral("TOP"));
+    link(QStringLiteral("Alpha"), QStringLiteral("TOP"));
+    link(QStringLiteral("GAMMA"), QStringLiteral("top"));
+    link(QStringLiteral("beta"), QStringLiteral("Other"));
+    link(QStringLiteral("beta"), QStringLiteral("ALPHA"));
+    using V = std::vector<QString>;
+    EXPECT_EQ(next(QStringLiteral("Top"), Direction::ToChildren),
+              (V{QStringLiteral("Alpha"), QStringLiteral("beta"), QStringLiteral("GAMMA")}));
+    EXPECT_EQ(next(QStringLiteral("BETA"), Direction::ToParents),
+              (V{QStringLiteral("ALPHA"), QStringLiteral("Other"), QStringLiteral("TOP")}));
+    EXPECT_TRUE(next(QStringLiteral("beta"), Direction::ToChildren).empty());
+    EXPECT_TRUE(next(QStringLiteral("NOWHERE"), Direction::ToParents).empty());
 
-    EXPECT_EQ(reach(QStringLiteral("TOP"), Direction::ToChildren),
-              (std::vector<Edge>{e("D", "L"), e("D", "R"), e("E", "D"), e("L", "TOP"),
-                                 e("R", "TOP"), e("S", "R")}));
-    EXPECT_EQ(
-        reach(QStringLiteral("E"), Direction::ToParents),
-        (std::vector<Edge>{e("D", "L"), e("D", "R"), e("E", "D"), e("L", "TOP"), e("R", "TOP")}));
-    EXPECT_EQ(reach(QStringLiteral("R"), Direction::ToChildren),
-              (std::vector<Edge>{e("D", "R"), e("E", "D"), e("S", "R")}));
-    EXPECT_TRUE(reach(QStringLiteral("TOP"), Direction::ToParents).empty());
-    EXPECT_TRUE(reach(QStringLiteral("NOWHERE"), Direction::ToChildren).empty());
-}
-
-TEST_F(ReachableEdgesTest, StartIsAValueComparedWithoutCaseAndCyclesEnd)
-{
     // Quotes of both kinds and a would-be statement end stay inside the value.
     const QString odd = QStringLiteral("o'b\"x); DROP TABLE Links; --");
     link(QStringLiteral("kid"), odd);
-    link(QStringLiteral("grandkid"), QStringLiteral("KID"));
-    EXPECT_EQ(reach(odd.toUpper(), Direction::ToChildren),
-              (std::vector<Edge>{e("grandkid", "KID"), e("kid", odd.toUtf8().constData())}));
-    EXPECT_EQ(reach(QStringLiteral("GRANDKID"), Direction::ToParents).size(), 2u);
-
-    // A cycle back to the start, spelled otherwise, ends the walk with every row once.
-    link(odd.toLower(), QStringLiteral("grandkid"));
-    EXPECT_EQ(reach(odd, Direction::ToChildren).size(), 3u);
-    EXPECT_EQ(reach(QStringLiteral("kid"), Direction::ToParents).size(), 3u);
+    EXPECT_EQ(next(odd.toUpper(), Direction::ToChildren), V{QStringLiteral("kid")});
+    EXPECT_EQ(next(QStringLiteral("KID"), Direction::ToParents), V{odd});
 }
 
-TEST_F(ReachableEdgesTest, LargeWalkReadsTheWholeTable)
+TEST_F(LinkTableTest, AllRowsGivesEveryRowOnce)
 {
-    // A chain of 100 nodes, and a pair off to the side.
     for (int i = 1; i < 100; ++i)
         link(QStringLiteral("N%1").arg(i), QStringLiteral("N%1").arg(i - 1));
     link(QStringLiteral("X"), QStringLiteral("Y"));
-
-    // The chain is all of the table: past the first 64 nodes the walk gives up on searching.
-    LinkRows rows = ReachableEdges(db, u"Links", u"Child", u"Parent", QStringLiteral("N0"),
-                                   Direction::ToChildren, 2);
-    EXPECT_TRUE(rows.wholeTable);
-    EXPECT_EQ(rows.edges.size(), 100u);
-    EXPECT_NE(std::find(rows.edges.begin(), rows.edges.end(), e("X", "Y")), rows.edges.end());
-
-    // A walk short of that finds its rows alone.
-    rows = ReachableEdges(db, u"Links", u"Child", u"Parent", QStringLiteral("N60"),
-                          Direction::ToParents, 2);
-    EXPECT_FALSE(rows.wholeTable);
-    EXPECT_EQ(rows.edges.size(), 60u);
-    rows = ReachableEdges(db, u"Links", u"Child", u"Parent", QStringLiteral("N99"),
-                          Direction::ToParents, 2);
-    EXPECT_TRUE(rows.wholeTable);
+    LinkTable links(db, u"Links", u"Child", u"Parent", Direction::ToChildren);
+    std::vector<Edge> rows;
+    links.allRows([&](std::string_view child, std::string_view parent) {
+        rows.emplace_back(text(child), text(parent));
+    });
+    std::sort(rows.begin(), rows.end());
+    EXPECT_EQ(rows.size(), 100u);
+    EXPECT_TRUE(std::adjacent_find(rows.begin(), rows.end()) == rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), e("X", "Y")), rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), e("N99", "N98")), rows.end());
+    EXPECT_GE(links.rowsAbout(), 100);
 }
 
-TEST_F(ReachableEdgesTest, NamesAreCheckedAgainstTheCatalog)
+TEST_F(LinkTableTest, NamesAreCheckedAgainstTheCatalog)
 {
-    EXPECT_STORE_ERROR(ReachableEdges(db, u"Nope", u"Child", u"Parent", QStringLiteral("A"),
-                                      Direction::ToChildren),
+    EXPECT_STORE_ERROR(LinkTable(db, u"Nope", u"Child", u"Parent", Direction::ToChildren),
                        err::ObjectNotFound);
-    EXPECT_STORE_ERROR(ReachableEdges(db, u"Links", u"Child", u"Parent\" OR 1=1 --",
-                                      QStringLiteral("A"), Direction::ToChildren),
-                       err::ItemNotFound);
+    EXPECT_STORE_ERROR(
+        LinkTable(db, u"Links", u"Child", u"Parent\" OR 1=1 --", Direction::ToChildren),
+        err::ItemNotFound);
 }
 
 } // namespace
