@@ -71,10 +71,12 @@ bool checkNewConcept(const NewConceptTexts &texts)
 
 QString ParentListQuery(int type)
 {
-    const int shown = type >= ctObject && type <= ctRelation ? type : ctObject;
+    // The first match among the options, in their order; the object's list otherwise.
+    const char *const where[] = {"WHERE Type = 1 OR Type = 100 ", "WHERE Type = 2 OR Type = 100 ",
+                                 "WHERE Type = 3 OR Type = 100 ", "WHERE Type = 4 OR Type = 100 "};
+    const int option = type >= ctObject && type <= ctRelation ? type : ctObject;
     return QStringLiteral("SELECT Concept From CONCEPTS ") +
-           QStringLiteral("WHERE Type = %1 OR Type = 100 ").arg(shown) +
-           QStringLiteral("ORDER BY Concept");
+           QString::fromLatin1(where[option - 1]) + QStringLiteral("ORDER BY Concept");
 }
 
 QStringList ReadParentList(int type)
