@@ -100,23 +100,6 @@ const QString &TermbaseTemplate()
     return path;
 }
 
-// The editor as the commands see it: the concept on screen and the INVERSES index.
-class BenchEditor : public OntologyEditor {
-public:
-    void SetCaption(const QString &) override {}
-    void SetWindowPointer(int) override {}
-    void EnableOntologyCommands() override {}
-    void DisableOntologyCommands() override {}
-    void UpdateStatusCounts() override {}
-    void ClearConceptView() override {}
-    void LoadConceptView() override {}
-    void ShowConceptList() override {}
-    QString SelectFirstListRow() override { return {}; }
-    void BindConceptList(const QString &) override {}
-    void UnloadOtherWindows() override {}
-    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override { return texts; }
-};
-
 // Fresh copies of the ontology and of two termbases linked to it, open as the process's.
 struct LinkedFiles {
     QString ontology = Beside(QStringLiteral("concepts.ont"));
@@ -173,7 +156,7 @@ void BM_DeleteConcept100k(benchmark::State &state)
     for (auto _ : state) {
         state.PauseTiming();
         files.open();
-        BenchEditor editor;
+        WindowlessEditor editor;
         editor.rsInverses =
             Process().OntoDB.OpenRecordset(QStringLiteral("INVERSES"), store::dbOpenTable);
         editor.rsInverses.SetIndex(QStringLiteral("Relation"));

@@ -22,6 +22,7 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
+    lx::KeepLargeBuffersInHeap(); // as the program does
     const QStringList args = QApplication::arguments();
     QTextStream out(stdout);
     if (args.size() == 3 && args[1] == QStringLiteral("--write")) {

@@ -36,14 +36,8 @@ const QString &ViewFile()
 
 // The window as the logic sees it: the list's rows kept as the real list keeps them, the view
 // read whole and dropped.
-class HeadlessEditor : public OntologyEditor {
+class HeadlessEditor : public WindowlessEditor {
 public:
-    void SetCaption(const QString &) override {}
-    void SetWindowPointer(int) override {}
-    void EnableOntologyCommands() override {}
-    void DisableOntologyCommands() override {}
-    void UpdateStatusCounts() override {}
-    void ClearConceptView() override {}
     void LoadConceptView() override
     {
         if (CurrentConcept.isEmpty())
@@ -57,9 +51,6 @@ public:
     {
         return rows.texts.isEmpty() ? QString() : rows.texts.first();
     }
-    void BindConceptList(const QString &) override {}
-    void UnloadOtherWindows() override {}
-    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override { return texts; }
 
     // The search box's change: the first match by prefix, then the whole view.
     void Search(const QString &text)

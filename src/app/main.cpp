@@ -1,4 +1,5 @@
 #include "core/interaction.h"
+#include "core/process.h"
 #include "core/program.h"
 #include "ui/forms.h"
 #include "ui/qt_interaction.h"
@@ -18,6 +19,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(lx::ProgramName());
     QApplication::setApplicationVersion(lx::ProgramVersion());
+    lx::KeepLargeBuffersInHeap();
 
     lx::ui::QtInteraction interaction;
     const lx::InteractionScope scope(interaction);

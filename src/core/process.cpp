@@ -6,6 +6,10 @@
 
 #include <filesystem>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace lx {
 
 ProcessState &Process()
@@ -41,6 +45,14 @@ QString TermBasesFolder()
 QString SeedDatabasePath()
 {
     return AppPath() + QStringLiteral("/res.dat");
+}
+
+void KeepLargeBuffersInHeap()
+{
+#ifdef __GLIBC__
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024 * 1024);
+    mallopt(M_TRIM_THRESHOLD, 512 * 1024 * 1024);
+#endif
 }
 
 namespace {

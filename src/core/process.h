@@ -81,6 +81,10 @@ QString TermBasesFolder();
 // The seed database beside the program.
 QString SeedDatabasePath();
 
+// Lets the heap keep the large buffers of an ontology's lists between opens: by default each one
+// is a mapping of its own, handed back at free and faulted in page by page at the next open.
+void KeepLargeBuffersInHeap();
+
 // Creates the ontology and termbase folders when missing; nothing else is checked.
 // Throws std::filesystem::filesystem_error, with the platform's message, on failure.
 void EnsureProgramFolders();

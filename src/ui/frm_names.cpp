@@ -3,13 +3,13 @@
 #include "core/process.h"
 #include "ontology/store/lookups.h"
 #include "ui/forms.h"
+#include "ui/key_filter.h"
 #include "ui/list_views.h"
 #include "ui/named.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -169,18 +169,10 @@ void frmNames::SelectLanguage(const QString &language)
 // Typed characters go through the identifier filter, as in the editor's search box.
 bool frmNames::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != txtConcept || event->type() != QEvent::KeyPress)
-        return QDialog::eventFilter(watched, event);
-    const auto *key = static_cast<QKeyEvent *>(event);
-    const QString typed = key->text();
-    if (typed.size() != 1 || typed[0].unicode() < 32 || (key->modifiers() & Qt::ControlModifier))
-        return QDialog::eventFilter(watched, event); // editing and moving keys work as usual
-    const int used = txtConcept_KeyPress(typed[0].unicode());
-    if (used == typed[0].unicode())
-        return QDialog::eventFilter(watched, event);
-    if (used != 0)
-        txtConcept->insert(QString(QChar(used)));
-    return true;
+    if (watched == txtConcept &&
+        FilterTypedKey(txtConcept, event, [this](int key) { return txtConcept_KeyPress(key); }))
+        return true;
+    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace lx::ui

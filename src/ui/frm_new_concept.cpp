@@ -7,13 +7,13 @@
 #include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/key_filter.h"
 #include "ui/named.h"
 #include "ui/window_place.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QPlainTextEdit>
@@ -231,18 +231,10 @@ int frmNewConcept::txtConcept_KeyPress(int key)
 // Typed characters go through the naming filter while the naming rule is on.
 bool frmNewConcept::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != txtConcept || event->type() != QEvent::KeyPress)
-        return QDialog::eventFilter(watched, event);
-    const auto *key = static_cast<QKeyEvent *>(event);
-    const QString typed = key->text();
-    if (typed.size() != 1 || typed[0].unicode() < 32 || (key->modifiers() & Qt::ControlModifier))
-        return QDialog::eventFilter(watched, event);
-    const int used = txtConcept_KeyPress(typed[0].unicode());
-    if (used == typed[0].unicode())
-        return QDialog::eventFilter(watched, event);
-    if (used != 0)
-        txtConcept->insert(QString(QChar(used)));
-    return true;
+    if (watched == txtConcept &&
+        FilterTypedKey(txtConcept, event, [this](int key) { return txtConcept_KeyPress(key); }))
+        return true;
+    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace lx::ui

@@ -47,4 +47,22 @@ public:
     virtual PropertiesTexts ShowProperties(const PropertiesTexts &texts) = 0;
 };
 
+// The editor with no window behind it: what the logic asks of the controls does nothing, and the
+// properties come back as given. Work without a screen runs the commands through it.
+class WindowlessEditor : public OntologyEditor {
+public:
+    void SetCaption(const QString &) override {}
+    void SetWindowPointer(int) override {}
+    void EnableOntologyCommands() override {}
+    void DisableOntologyCommands() override {}
+    void UpdateStatusCounts() override {}
+    void ClearConceptView() override {}
+    void LoadConceptView() override {}
+    void ShowConceptList() override {}
+    QString SelectFirstListRow() override { return {}; }
+    void BindConceptList(const QString &) override {}
+    void UnloadOtherWindows() override {}
+    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override { return texts; }
+};
+
 } // namespace lx

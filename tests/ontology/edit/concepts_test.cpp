@@ -207,23 +207,6 @@ TEST_F(ConceptsTest, RenameCascadesToEveryTableAndRefusesAnIdentifierInUse)
     EXPECT_TRUE(concepts().contains(QStringLiteral("SHED")));
 }
 
-// The editor as the delete sees it: the concept on screen and the INVERSES index.
-class DeleteEditor : public OntologyEditor {
-public:
-    void SetCaption(const QString &) override {}
-    void SetWindowPointer(int) override {}
-    void EnableOntologyCommands() override {}
-    void DisableOntologyCommands() override {}
-    void UpdateStatusCounts() override {}
-    void ClearConceptView() override {}
-    void LoadConceptView() override {}
-    void ShowConceptList() override {}
-    QString SelectFirstListRow() override { return {}; }
-    void BindConceptList(const QString &) override {}
-    void UnloadOtherWindows() override {}
-    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override { return texts; }
-};
-
 class DeleteTest : public ConceptsTest {
 protected:
     void SetUp() override
@@ -244,7 +227,7 @@ protected:
         return deleted;
     }
 
-    DeleteEditor editor;
+    WindowlessEditor editor;
     QStringList orphans;
 };
 
