@@ -89,30 +89,40 @@ const QString &ConceptsFile()
 {
     static const QString path = [] {
         const QString p = FreshOntologyFile();
-        sqlite3 *db = OpenRaw(p);
-        Exec(db, "BEGIN");
-        sqlite3_stmt *stmt = nullptr;
-        Check(sqlite3_prepare_v2(db,
-                                 "INSERT INTO CONCEPTS (Concept, Definition, Type, Subset_ID) "
-                                 "VALUES (?, ?, 1, NULL)",
-                                 -1, &stmt, nullptr),
-              db);
         const std::string definition = "A concept generated for measuring, with a definition of "
                                        "about the usual length.";
-        for (int i = 0; i < kConcepts; ++i) {
-            const std::string id =
-                i == kConcepts - 1 ? std::string("XYLOPHONE-LAST") : GeneratedIdentifier(i);
-            sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
-            sqlite3_bind_text(stmt, 2, definition.data(), int(definition.size()), SQLITE_STATIC);
-            Check(sqlite3_step(stmt), db);
-            sqlite3_reset(stmt);
-        }
-        sqlite3_finalize(stmt);
-        Exec(db, "COMMIT");
+        sqlite3 *db = OpenRaw(p);
+        InsertRows(db,
+                   "INSERT INTO CONCEPTS (Concept, Definition, Type, Subset_ID) "
+                   "VALUES (?, ?, 1, NULL)",
+                   kConcepts, [&](int i) {
+                       return std::vector<std::string>{i == kConcepts - 1
+                                                           ? std::string("XYLOPHONE-LAST")
+                                                           : GeneratedIdentifier(i),
+                                                       definition};
+                   });
         sqlite3_close(db);
         return p;
     }();
     return path;
+}
+
+void InsertRows(sqlite3 *db, const char *insert, int count,
+                const std::function<std::vector<std::string>(int)> &row)
+{
+    Exec(db, "BEGIN");
+    sqlite3_stmt *stmt = nullptr;
+    Check(sqlite3_prepare_v2(db, insert, -1, &stmt, nullptr), db);
+    for (int i = 0; i < count; ++i) {
+        const std::vector<std::string> values = row(i);
+        for (size_t v = 0; v < values.size(); ++v)
+            sqlite3_bind_text(stmt, int(v) + 1, values[v].data(), int(values[v].size()),
+                              SQLITE_TRANSIENT);
+        Check(sqlite3_step(stmt), db);
+        sqlite3_reset(stmt);
+    }
+    sqlite3_finalize(stmt);
+    Exec(db, "COMMIT");
 }
 
 } // namespace lx::bench

@@ -2,7 +2,9 @@
 
 #include <QString>
 
+#include <functional>
 #include <string>
+#include <vector>
 
 struct sqlite3;
 
@@ -28,5 +30,10 @@ std::string GeneratedIdentifier(int i);
 void Check(int rc, sqlite3 *db);
 // Runs `sql`, throwing on failure.
 void Exec(sqlite3 *db, const std::string &sql);
+
+// Rows 0 to count - 1 of the text values `row` gives, inserted by the statement `insert` with
+// one parameter per value, in one transaction.
+void InsertRows(sqlite3 *db, const char *insert, int count,
+                const std::function<std::vector<std::string>(int)> &row);
 
 } // namespace lx::bench

@@ -47,24 +47,15 @@ const QString &OntologyTemplate()
         const QString p = Beside(QStringLiteral("concepts-template.ont"));
         CopyFresh(bench::HierarchyFile(), p);
         bench::MakeOpenable(p, bench::DeepConcept());
-        sqlite3 *db = bench::OpenRaw(p);
-        bench::Exec(db, "BEGIN");
-        sqlite3_stmt *stmt = nullptr;
-        bench::Check(sqlite3_prepare_v2(db,
-                                        "INSERT INTO RELATIONS (Concept1, Rel, Concept2, "
-                                        "\"Default\") VALUES (?, 'ALL', ?, 0)",
-                                        -1, &stmt, nullptr),
-                     db);
         const std::string deep = bench::DeepConcept().toStdString();
-        for (int i = 1; i <= kSlots; ++i) {
-            const std::string owner = bench::GeneratedIdentifier(i * 37);
-            sqlite3_bind_text(stmt, 1, owner.data(), int(owner.size()), SQLITE_TRANSIENT);
-            sqlite3_bind_text(stmt, 2, deep.data(), int(deep.size()), SQLITE_TRANSIENT);
-            bench::Check(sqlite3_step(stmt), db);
-            sqlite3_reset(stmt);
-        }
-        sqlite3_finalize(stmt);
-        bench::Exec(db, "COMMIT");
+        sqlite3 *db = bench::OpenRaw(p);
+        bench::InsertRows(
+            db,
+            "INSERT INTO RELATIONS (Concept1, Rel, Concept2, \"Default\") "
+            "VALUES (?, 'ALL', ?, 0)",
+            kSlots, [&](int i) {
+                return std::vector<std::string>{bench::GeneratedIdentifier((i + 1) * 37), deep};
+            });
         sqlite3_close(db);
         return p;
     }();
@@ -79,21 +70,13 @@ const QString &TermbaseTemplate()
         store::Database tb = store::DBEngine::Workspaces(0).CreateDatabase(p, store::dbLangGeneral);
         BuildTermbaseTables(tb);
         tb.Close();
+        const std::string deep = bench::DeepConcept().toStdString();
         sqlite3 *db = bench::OpenRaw(p);
-        bench::Exec(db, "BEGIN");
-        sqlite3_stmt *stmt = nullptr;
-        bench::Check(
-            sqlite3_prepare_v2(db, "INSERT INTO CONCEPTS (Concept) VALUES (?)", -1, &stmt, nullptr),
-            db);
-        for (int i = 0; i <= bench::kConcepts; ++i) {
-            const std::string id = i == bench::kConcepts ? bench::DeepConcept().toStdString()
-                                                         : "TB-" + bench::GeneratedIdentifier(i);
-            sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
-            bench::Check(sqlite3_step(stmt), db);
-            sqlite3_reset(stmt);
-        }
-        sqlite3_finalize(stmt);
-        bench::Exec(db, "COMMIT");
+        bench::InsertRows(
+            db, "INSERT INTO CONCEPTS (Concept) VALUES (?)", bench::kConcepts + 1, [&](int i) {
+                return std::vector<std::string>{
+                    i == bench::kConcepts ? deep : "TB-" + bench::GeneratedIdentifier(i)};
+            });
         sqlite3_close(db);
         return p;
     }();

@@ -40,20 +40,11 @@ const QString &TermbaseTemplate()
         meta.Close();
         tb.Close();
         sqlite3 *db = bench::OpenRaw(p);
-        bench::Exec(db, "BEGIN");
-        sqlite3_stmt *stmt = nullptr;
-        bench::Check(
-            sqlite3_prepare_v2(db, "INSERT INTO CONCEPTS (Concept) VALUES (?)", -1, &stmt, nullptr),
-            db);
-        for (int i = 0; i < bench::kConcepts - 1; ++i) {
-            const std::string id =
-                i % 100 == 50 ? "TB-ONLY-" + std::to_string(i) : bench::GeneratedIdentifier(i);
-            sqlite3_bind_text(stmt, 1, id.data(), int(id.size()), SQLITE_TRANSIENT);
-            bench::Check(sqlite3_step(stmt), db);
-            sqlite3_reset(stmt);
-        }
-        sqlite3_finalize(stmt);
-        bench::Exec(db, "COMMIT");
+        bench::InsertRows(
+            db, "INSERT INTO CONCEPTS (Concept) VALUES (?)", bench::kConcepts - 1, [](int i) {
+                return std::vector<std::string>{i % 100 == 50 ? "TB-ONLY-" + std::to_string(i)
+                                                              : bench::GeneratedIdentifier(i)};
+            });
         sqlite3_close(db);
         return p;
     }();
