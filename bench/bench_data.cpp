@@ -107,6 +107,21 @@ const QString &ConceptsFile()
     return path;
 }
 
+size_t ReadAllRows(sqlite3 *db, const char *select, int columns)
+{
+    sqlite3_stmt *stmt = nullptr;
+    Check(sqlite3_prepare_v2(db, select, -1, &stmt, nullptr), db);
+    size_t bytes = 0;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        for (int c = 0; c < columns; ++c) {
+            sqlite3_column_text(stmt, c); // the text itself, as a reader takes it
+            bytes += size_t(sqlite3_column_bytes(stmt, c));
+        }
+    }
+    sqlite3_finalize(stmt);
+    return bytes;
+}
+
 void InsertRows(sqlite3 *db, const char *insert, int count,
                 const std::function<std::vector<std::string>(int)> &row)
 {

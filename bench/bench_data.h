@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -30,6 +31,10 @@ std::string GeneratedIdentifier(int i);
 void Check(int rc, sqlite3 *db);
 // Runs `sql`, throwing on failure.
 void Exec(sqlite3 *db, const std::string &sql);
+
+// Steps through every row of `select`, reading the text of its first `columns` columns once;
+// returns the bytes read.
+size_t ReadAllRows(sqlite3 *db, const char *select, int columns);
 
 // Rows 0 to count - 1 of the text values `row` gives, inserted by the statement `insert` with
 // one parameter per value, in one transaction.

@@ -103,17 +103,7 @@ void RawSortNames(benchmark::State &state, const char *sql)
 {
     sqlite3 *db = lx::bench::OpenRaw(NamesFile());
     for (auto _ : state) {
-        sqlite3_stmt *stmt = nullptr;
-        sqlite3_prepare_v2(db, sql, -1, &stmt, nullptr);
-        size_t bytes = 0;
-        while (sqlite3_step(stmt) == SQLITE_ROW) {
-            for (int c = 0; c < 4; ++c) {
-                bytes += size_t(sqlite3_column_bytes(stmt, c));
-                benchmark::DoNotOptimize(sqlite3_column_text(stmt, c));
-            }
-        }
-        sqlite3_finalize(stmt);
-        benchmark::DoNotOptimize(bytes);
+        benchmark::DoNotOptimize(lx::bench::ReadAllRows(db, sql, 4));
     }
     sqlite3_close(db);
 }

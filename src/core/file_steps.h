@@ -30,6 +30,18 @@ struct PropertiesTexts {
 QString DateToText(const QDateTime &date);
 QDateTime TextToDate(const QString &text);
 
+// The seven boxes of a properties dialog, from the metadata of either kind of file.
+template <class Meta> PropertiesTexts PropertiesTextsOf(const Meta &meta)
+{
+    return {meta.Name,
+            DateToText(meta.Created),
+            DateToText(meta.Modified),
+            meta.Owner,
+            meta.Author,
+            meta.Description,
+            meta.Contact};
+}
+
 // The runtime error of a folder that can't be made.
 inline constexpr int PathFileAccessError = 75;
 

@@ -1,6 +1,7 @@
 #include "ui/forms.h"
 
 #include "core/interaction.h"
+#include "core/signal_label.h"
 #include "core/text/like.h"
 
 namespace lx::ui {
@@ -79,6 +80,18 @@ QWidget *FormCollection::FindByCaption(QStringView pattern) const
 {
     const QList<QWidget *> found = WithCaptionLike(pattern);
     return found.isEmpty() ? nullptr : found.first();
+}
+
+void RefreshDialogs(const std::function<bool(const QString &caption)> &wanted, const QString &text)
+{
+    for (QWidget *form : Forms().list()) {
+        if (!wanted(form->windowTitle()))
+            continue;
+        if (auto *label = form->findChild<SignalLabel *>(QStringLiteral("lblRefresh"))) {
+            label->setCaption(QString());
+            label->setCaption(text);
+        }
+    }
 }
 
 } // namespace lx::ui

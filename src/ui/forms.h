@@ -5,6 +5,7 @@
 #include <QStringView>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -75,6 +76,10 @@ private:
 
 // The program's one collection.
 FormCollection &Forms();
+
+// Tells every loaded window whose caption `wanted` accepts, through its hidden label
+// "lblRefresh": the empty string first, then `text`, so that the same text twice still fires.
+void RefreshDialogs(const std::function<bool(const QString &caption)> &wanted, const QString &text);
 
 // The answer of a command whose logic comes with a later step.
 void NotAvailableYet();

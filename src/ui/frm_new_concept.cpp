@@ -28,13 +28,6 @@ namespace {
 
 constexpr int MaxIdentifierLength = 255; // the room of CONCEPTS.Concept
 
-// Sets the empty string first, so that the same text twice still fires.
-void Signal(SignalLabel *label, const QString &text)
-{
-    label->setCaption(QString());
-    label->setCaption(text);
-}
-
 } // namespace
 
 frmNewConcept::frmNewConcept()
@@ -151,25 +144,21 @@ void frmNewConcept::cmdAdd_Click()
         return;
 
     FillParentList();
-    if (frmOntoEdit *editor = Forms().Find<frmOntoEdit>())
-        Signal(editor->lblNewCpt, texts.Concept);
-    refreshSlotDialogs();
+    if (frmOntoEdit *editor = Forms().Find<frmOntoEdit>()) {
+        // Cleared first, so that the same identifier twice still fires.
+        editor->lblNewCpt->setCaption(QString());
+        editor->lblNewCpt->setCaption(texts.Concept);
+    }
+    // The slot dialogs list the concepts: they take the new one in.
+    RefreshDialogs(
+        [](const QString &caption) {
+            return text::Like(caption, u"* Relation") || text::Like(caption, u"* link") ||
+                   text::Like(caption, u"* Attribute");
+        },
+        QStringLiteral("Concept"));
     txtConcept->clear();
     txtDef->clear();
     txtConcept->setFocus();
-}
-
-// The slot dialogs list the concepts: they take the new one in.
-void frmNewConcept::refreshSlotDialogs()
-{
-    for (QWidget *form : Forms().list()) {
-        const QString caption = form->windowTitle();
-        if (!text::Like(caption, u"* Relation") && !text::Like(caption, u"* link") &&
-            !text::Like(caption, u"* Attribute"))
-            continue;
-        if (auto *label = form->findChild<SignalLabel *>(QStringLiteral("lblRefresh")))
-            Signal(label, QStringLiteral("Concept"));
-    }
 }
 
 InverseTexts frmNewConcept::askInverse()

@@ -59,7 +59,6 @@ protected:
 
 private:
     InverseTexts askInverse();
-    void refreshSlotDialogs();
 
     QStringListModel *m_parents;
     bool m_inverseCancelled = false;

@@ -205,9 +205,6 @@ private:
     void goToInheritColumn(int column);
     void feedOpenSlotDialogs();
     void setNoteImage(bool hasNote);
-    // Tells the open dialogs whose caption `wanted` accepts that the concepts changed.
-    void refreshDialogs(const std::function<bool(const QString &caption)> &wanted,
-                        const QString &text);
     void selectListRow(store::Bookmark bookmark);
     void popUp(QMenu *menu);
 

@@ -68,19 +68,6 @@ void frmOntoEdit::lblNewCpt_Change()
     UpdateStatusCounts();
 }
 
-void frmOntoEdit::refreshDialogs(const std::function<bool(const QString &caption)> &wanted,
-                                 const QString &text)
-{
-    for (QWidget *form : Forms().list()) {
-        if (!wanted(form->windowTitle()))
-            continue;
-        if (auto *label = form->findChild<SignalLabel *>(QStringLiteral("lblRefresh"))) {
-            label->setCaption(QString());
-            label->setCaption(text);
-        }
-    }
-}
-
 void frmOntoEdit::mnuConceptEdit_Click()
 {
     const QString oldId = CurrentConcept;
@@ -101,8 +88,8 @@ void frmOntoEdit::mnuConceptEdit_Click()
     InitRSListConcepts(*this);
     UpdateStatusCounts();
     // The slot dialogs hear of it, and so does "Add Concept"; "Add Attribute" doesn't.
-    refreshDialogs(IsSlotDialog, CurrentConcept);
-    refreshDialogs([](const QString &caption) { return caption == QLatin1String("Add Concept"); },
+    RefreshDialogs(IsSlotDialog, CurrentConcept);
+    RefreshDialogs([](const QString &caption) { return caption == QLatin1String("Add Concept"); },
                    CurrentConcept);
 }
 
@@ -136,7 +123,7 @@ void frmOntoEdit::mnuConceptDelete_Click()
     DeleteOrphanConcepts([this](const QString &orphan) {
         PropagateConceptToTermBases(orphan, orphan, opDeleteConcept);
     });
-    refreshDialogs(
+    RefreshDialogs(
         [](const QString &caption) {
             return caption == QLatin1String("Add Concept") || IsSlotDialog(caption) ||
                    text::Like(caption, u"* Attribute");

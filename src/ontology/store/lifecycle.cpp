@@ -117,17 +117,6 @@ void WriteMetaDataAtClose(Database &db, const OntoMetaData &meta)
     IgnoreErrors([&] { rs.Close(); });
 }
 
-PropertiesTexts TextsOf(const OntoMetaData &meta)
-{
-    return {meta.Name,
-            DateToText(meta.Created),
-            DateToText(meta.Modified),
-            meta.Owner,
-            meta.Author,
-            meta.Description,
-            meta.Contact};
-}
-
 void CloseOntologySteps(OntologyEditor &editor, QString &path, bool writeMetaData);
 
 // The name of the open ontology in the window's caption; a file open read-only says so there.
@@ -252,8 +241,9 @@ void EditOntologyProperties(OntologyEditor &editor)
 {
     const ProcessState &p = Process();
     OntoMetaData &meta = Process().OntoMeta;
-    const PropertiesTexts texts = editor.ShowProperties(TextsOf(meta));
-    if (!texts.Name.isEmpty() && texts != TextsOf(meta) && !p.OntoDB.Updatable()) {
+    const PropertiesTexts shown = PropertiesTextsOf(meta);
+    const PropertiesTexts texts = editor.ShowProperties(shown);
+    if (!texts.Name.isEmpty() && texts != shown && !p.OntoDB.Updatable()) {
         // They would reach the file at close, which can't be written.
         UI().MsgBox(ReadOnlyFileError(p.OntoPath).description(), msg::Exclamation);
     } else if (!texts.Name.isEmpty()) {

@@ -285,13 +285,7 @@ void EditTermbaseProperties(TermbaseEditor &editor)
 {
     ProcessState &p = Process();
     TermMetaData &meta = p.TermMeta;
-    const PropertiesTexts shown{meta.Name,
-                                DateToText(meta.Created),
-                                DateToText(meta.Modified),
-                                meta.Owner,
-                                meta.Author,
-                                meta.Description,
-                                meta.Contact};
+    const PropertiesTexts shown = PropertiesTextsOf(meta);
     const PropertiesTexts texts = editor.ShowTermbaseProperties(shown);
     if (texts.Name.isEmpty())
         return;
