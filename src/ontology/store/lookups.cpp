@@ -74,15 +74,18 @@ QString ConceptDefinition(const QString &identifier)
     return Process().Quote + text + Process().Quote;
 }
 
+// The table is walked in its stored order and the walk stops at the first match: the top
+// concept is nearly always the first row, so a large ontology costs no more than a small one.
 QString GetTopConcept()
 {
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenDynaset);
-    rs.FindFirst(QStringLiteral("Type = 100"));
-    if (!rs.NoMatch())
-        return rs.Fields(u"Concept").Text();
+    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    for (; !rs.Eof(); rs.MoveNext())
+        if (rs.Fields(u"Type").Value().toInt() == 100)
+            return rs.Fields(u"Concept").Text();
     // A file from before the top-level type: its "ALL" becomes the top concept, on disk too
     // unless the file is open read-only.
-    rs.FindFirst(QStringLiteral("Concept = 'ALL'"));
+    rs.SetIndex(QStringLiteral("Concept"));
+    rs.Seek(u"=", QStringLiteral("ALL"));
     if (!rs.NoMatch() && Process().OntoDB.Updatable()) {
         rs.Edit();
         rs.Collect(u"Type", 100);
