@@ -7,6 +7,7 @@
 #include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_rel_list.h"
 #include "ui/key_filter.h"
 #include "ui/named.h"
 #include "ui/window_place.h"
@@ -149,6 +150,8 @@ void frmNewConcept::cmdAdd_Click()
         editor->lblNewCpt->setCaption(QString());
         editor->lblNewCpt->setCaption(texts.Concept);
     }
+    if (auto *relations = Forms().Find<frmRelList>())
+        Forms().Unload(relations);
     // The slot dialogs list the concepts: they take the new one in.
     RefreshDialogs(
         [](const QString &caption) {

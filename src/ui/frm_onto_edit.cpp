@@ -70,6 +70,7 @@ frmOntoEdit::frmOntoEdit()
 
     connectList();
     connectView();
+    connectSlots();
 
     Process().Quote = QString(QChar(34));
     DisableOntologyCommands();

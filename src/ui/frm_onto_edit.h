@@ -129,6 +129,26 @@ public:
     void mnuConceptEditDef_Click();
     void txtDef_DblClick();
     void mnuConceptDelete_Click();
+    // The slots of the current concept, in frm_onto_edit_slots.cpp.
+    void lstISA_MouseUp();
+    void mnuISAAdd_Click();
+    void mnuISAEdit_Click();
+    void mnuISADelete_Click();
+    void lstRels_MouseUp();
+    void lstRels_DblClick();
+    void mnuRelAdd_Click();
+    void mnuRelDelete_Click();
+    void mnuRelGoToRel_Click();
+    void mnuRelGoToConcept_Click();
+    void mnuDomainAdd_Click();
+    void mnuDomainDelete_Click();
+    void lstAttrs_MouseUp();
+    void mnuAttrAdd_Click();
+    void mnuAttrDelete_Click();
+    void mnuRangeAdd_Click();
+    void mnuRangeDelete_Click();
+    void lblNewRel_Change();
+    void lblNewAttr_Change();
     // A concept's add (1), delete (2) or rename (3) carried into the linked termbases; the open
     // termbase windows hear of it, with CurrentConcept, when a link exists.
     void PropagateConceptToTermBases(const QString &newId, const QString &oldId, int operation);
@@ -199,6 +219,7 @@ private:
     void setOntologyCommands(bool enabled);
     void connectList();
     void connectView();
+    void connectSlots();
     bool searchBoxEvent(QEvent *event);
     void showNames(const QList<NameRow> &names);
     void showSlots(const SlotLists &slots);

@@ -260,12 +260,6 @@ void frmOntoEdit::routeMenus()
                            mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept,
                            mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
         route(later, &frmOntoEdit::NotAvailableYet);
-    for (QMenu *popup : {mnuISA, mnuRel, mnuRelGoTo, mnuDomain, mnuAttr, mnuRange}) {
-        for (QAction *item : popup->actions()) {
-            if (!item->isSeparator() && !item->menu())
-                route(item, &frmOntoEdit::NotAvailableYet);
-        }
-    }
 }
 
 void frmOntoEdit::buildToolBar()

@@ -50,11 +50,6 @@ void frmOntoEdit::connectView()
     }
     connect(lstSubclasses, &QListWidget::itemDoubleClicked, this,
             Command(this, &frmOntoEdit::lstSubclasses_DblClick));
-    connect(lstISA, &QWidget::customContextMenuRequested, this, [this] { popUp(mnuISA); });
-    connect(lstRels, &QWidget::customContextMenuRequested, this,
-            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuDomain : mnuRel); });
-    connect(lstAttrs, &QWidget::customContextMenuRequested, this,
-            [this] { popUp(CurrentType == 3 || CurrentType == 4 ? mnuRange : mnuAttr); });
     connect(lvwNames, &QWidget::customContextMenuRequested, this, [this] { lvwNames_MouseUp(); });
     lvwNames->header()->setSectionsClickable(true);
     connect(lvwNames->header(), &QHeaderView::sectionClicked, this,

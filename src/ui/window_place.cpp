@@ -83,6 +83,19 @@ void SavePlace(const QWidget &window, const QSplitter *splitter)
         settings->setValue(KeyOf(window, "Splitter"), splitter->saveState());
 }
 
+void RestoreSize(QWidget &window, const QString &variant)
+{
+    const QSize size =
+        ProgramSettings()->value(KeyOf(window, "Size") + QLatin1Char('/') + variant).toSize();
+    if (size.isValid())
+        window.resize(FittingSize(size));
+}
+
+void SaveSize(const QWidget &window, const QString &variant)
+{
+    ProgramSettings()->setValue(KeyOf(window, "Size") + QLatin1Char('/') + variant, window.size());
+}
+
 void ShowOverMain(QWidget &window)
 {
     if (!window.isVisible()) {

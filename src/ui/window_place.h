@@ -26,6 +26,11 @@ void PlaceOver(QWidget &window, const QWidget *owner);
 bool RestorePlace(QWidget &window, QSplitter *splitter = nullptr);
 void SavePlace(const QWidget &window, const QSplitter *splitter = nullptr);
 
+// The size alone of a dialog that is placed anew each time it opens; `variant` keeps one size
+// for each of its uses (its caption, say).
+void RestoreSize(QWidget &window, const QString &variant);
+void SaveSize(const QWidget &window, const QString &variant);
+
 // Shows a secondary window: over the main window when it comes up, where it stands when it is
 // up already.
 void ShowOverMain(QWidget &window);

@@ -13,6 +13,7 @@ struct Message {
 
 // One table for every number the store raises.
 constexpr std::array kMessages{
+    Message{err::InvalidProcedureCall, "Invalid procedure call or argument."},
     Message{err::Overflow, "Overflow."},
     Message{err::InvalidUseOfNull, "Invalid use of Null."},
     Message{err::Reserved, "Reserved error (%1); there is no message for this error."},

@@ -9,6 +9,7 @@ namespace lx::store {
 // The record store's error numbers. Callers test a few of them by number (3204, 3343, 3011,
 // 3426); the rest end a command with a message showing number and description.
 namespace err {
+inline constexpr int InvalidProcedureCall = 5; // a text function given a length below 0
 inline constexpr int InvalidUseOfNull = 94;
 inline constexpr int Overflow = 6;
 inline constexpr int Reserved = 3000; // an engine failure with no number of its own

@@ -78,13 +78,38 @@ QList<NameRow> ReadNames(const QString &identifier)
     return names;
 }
 
+QStringList ReadRelationSlots(const QString &identifier)
+{
+    return ReadSlotRows(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") +
+                            Quoted(identifier) + QStringLiteral(" ORDER BY Rel"),
+                        [](const Recordset &rs) {
+                            return FieldText(rs, u"Rel") + QStringLiteral(" : ") +
+                                   FieldText(rs, u"Concept2");
+                        });
+}
+
+QStringList ReadAttributeSlots(const QString &identifier)
+{
+    return ReadSlotRows(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") +
+                            Quoted(identifier) + QStringLiteral(" ORDER BY Attribute"),
+                        [](const Recordset &rs) {
+                            return FieldText(rs, u"Attribute") + QStringLiteral(" : ") +
+                                   FieldText(rs, u"Value");
+                        });
+}
+
+QStringList ReadDomains(const QString &identifier)
+{
+    return ReadSlotRows(DomainsQuery(identifier),
+                        [](const Recordset &rs) { return FieldText(rs, u"Concept2"); });
+}
+
 SlotLists ReadSlots(const QString &identifier, int type)
 {
-    const auto concept2 = [](const Recordset &rs) { return FieldText(rs, u"Concept2"); };
     SlotLists slots;
     if (type == 3 || type == 4) {
         slots.RelsLabel = QStringLiteral("LOCAL DOMAINS");
-        slots.Rels = ReadSlotRows(DomainsQuery(identifier), concept2);
+        slots.Rels = ReadDomains(identifier);
         slots.AttrsLabel = QStringLiteral("LOCAL RANGES");
         // An attribute's range is a free value in ATTRIBUTES; a relation's is a concept.
         if (type == 3)
@@ -94,27 +119,17 @@ SlotLists ReadSlots(const QString &identifier, int type)
                     QStringLiteral(" ORDER BY Attribute"),
                 [](const Recordset &rs) { return FieldText(rs, u"Value"); });
         else
-            slots.Attrs = ReadSlotRows(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") +
-                                           Quoted(identifier) + QStringLiteral(" AND Rel = ") +
-                                           Quoted(QStringLiteral("RANGE")) +
-                                           QStringLiteral(" ORDER BY Concept2"),
-                                       concept2);
+            slots.Attrs = ReadSlotRows(
+                QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(identifier) +
+                    QStringLiteral(" AND Rel = ") + Quoted(QStringLiteral("RANGE")) +
+                    QStringLiteral(" ORDER BY Concept2"),
+                [](const Recordset &rs) { return FieldText(rs, u"Concept2"); });
         return slots;
     }
     slots.RelsLabel = QStringLiteral("LOCAL RELATIONS");
-    slots.Rels = ReadSlotRows(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") +
-                                  Quoted(identifier) + QStringLiteral(" ORDER BY Rel"),
-                              [](const Recordset &rs) {
-                                  return FieldText(rs, u"Rel") + QStringLiteral(" : ") +
-                                         FieldText(rs, u"Concept2");
-                              });
+    slots.Rels = ReadRelationSlots(identifier);
     slots.AttrsLabel = QStringLiteral("LOCAL ATTRIBUTES");
-    slots.Attrs = ReadSlotRows(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") +
-                                   Quoted(identifier) + QStringLiteral(" ORDER BY Attribute"),
-                               [](const Recordset &rs) {
-                                   return FieldText(rs, u"Attribute") + QStringLiteral(" : ") +
-                                          FieldText(rs, u"Value");
-                               });
+    slots.Attrs = ReadAttributeSlots(identifier);
     return slots;
 }
 

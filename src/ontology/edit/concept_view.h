@@ -34,6 +34,11 @@ struct SlotLists {
     friend bool operator==(const SlotLists &, const SlotLists &) = default;
 };
 SlotLists ReadSlots(const QString &identifier, int type);
+// The lists one at a time: "Rel : Concept2" by Rel, "Attribute : Value" by Attribute, and the
+// domains by Concept2; " (by default)" behind a default row.
+QStringList ReadRelationSlots(const QString &identifier);
+QStringList ReadAttributeSlots(const QString &identifier);
+QStringList ReadDomains(const QString &identifier);
 
 // The ancestors or descendants in the order of the walks; empty when there are none.
 QStringList ReadAncestors(const QString &identifier);
