@@ -290,6 +290,11 @@ public:
             selectOf(m_query.rowidSql) + QStringLiteral(" WHERE (") + condition + QLatin1Char(')');
         if (!m_appended && !m_query.whereSql.isEmpty())
             text += QStringLiteral(" AND (") + m_query.whereSql + QLatin1Char(')');
+        // A small dynaset names its rows: otherwise the planner may pick the index of a column
+        // of the criteria and walk every row of the table that shares its value.
+        if (m_stride == 1 && rowCount() <= kListedRows)
+            text += QStringLiteral(" AND ") + m_query.rowidSql.front() + QStringLiteral(" IN (") +
+                    rowidList() + QLatin1Char(')');
         const bool inOrder = m_stride == 1 && m_sortedByRowid;
         if (inOrder)
             text += QStringLiteral(" ORDER BY ") + m_query.rowidSql.front();
@@ -336,6 +341,21 @@ protected:
 
 private:
     size_t rowCount() const { return m_gone.size(); }
+
+    // The rows still in the dynaset, as a list of rowids for an IN clause.
+    QString rowidList() const
+    {
+        QString list;
+        for (size_t i = 0; i < m_keys.size(); ++i) {
+            if (m_gone[i])
+                continue;
+            if (!list.isEmpty())
+                list += QLatin1Char(',');
+            list += QString::number(m_keys[i]);
+        }
+        return list;
+    }
+    static constexpr size_t kListedRows = 256;
 
     void load()
     {

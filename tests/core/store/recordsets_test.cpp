@@ -175,6 +175,30 @@ TEST_F(StoreTest, FindFirstAndNoMatchOnEveryQueryType)
     EXPECT_STORE_ERROR(table.FindFirst(QStringLiteral("Key = 'x'")), err::OperationNotSupported);
 }
 
+// A dynaset searches its own rows only: a row added to the table behind it, or deleted
+// through it, is not found; one added through it is.
+TEST_F(StoreTest, DynasetFindsOnlyItsOwnRows)
+{
+    for (const char *k : {"A", "B"})
+        addParent(QString::fromLatin1(k));
+    Recordset rs =
+        db.OpenRecordset(QStringLiteral("SELECT * FROM PARENTS WHERE Key <> 'Z'"), dbOpenDynaset);
+    addParent(QStringLiteral("C"));
+    rs.FindFirst(QStringLiteral("Key = 'C'"));
+    EXPECT_TRUE(rs.NoMatch());
+    rs.AddNew();
+    rs.Collect(u"Key", QStringLiteral("D"));
+    rs.Update();
+    rs.FindFirst(QStringLiteral("Key = 'D'"));
+    EXPECT_FALSE(rs.NoMatch());
+    for (const char *k : {"A", "B", "D"}) {
+        rs.FindFirst(QStringLiteral("Key = '%1'").arg(QLatin1String(k)));
+        rs.Delete();
+    }
+    rs.FindFirst(QStringLiteral("Key <> ''"));
+    EXPECT_TRUE(rs.NoMatch());
+}
+
 TEST_F(StoreTest, BookmarksBringTheCursorBack)
 {
     for (const char *k : {"A", "B", "C"})
