@@ -45,7 +45,8 @@ QString Href(const QString &target)
 
 QString ConceptItem(const QString &identifier)
 {
-    return QStringLiteral("<small>") + Href(identifier) + HtmlText(identifier) +
+    return QStringLiteral("<small><a href = ") + Q + identifier + QStringLiteral(".") +
+           QStringLiteral("html") + Q + QStringLiteral(">") + HtmlText(identifier) +
            QStringLiteral(" </a> </small><br>");
 }
 
