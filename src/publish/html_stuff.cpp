@@ -1,7 +1,6 @@
 #include "publish/html_stuff.h"
 
 #include "core/file_steps.h"
-#include "core/filters.h"
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
