@@ -244,6 +244,9 @@ std::optional<QString> ConceptPagePath(const QString &identifier, const QString 
 QString BuildConceptStructures(const QString &identifier, bool ancestors, bool descendants,
                                bool inheritedRelations, bool inheritedAttributes)
 {
+    // The inheritance engine writes Inherit row by row: in one transaction, the rows of a
+    // table cost one commit instead of one each.
+    const store::WriteBatch batch(Process().OntoDB);
     QString table = QStringLiteral("<p></p><table border=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" cellpadding=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" > <tr><td colspan= ") + Q + QStringLiteral("2") + Q +
