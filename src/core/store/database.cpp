@@ -112,6 +112,22 @@ Connection &Database::connection() const
     return *m_connection;
 }
 
+WriteBatch::WriteBatch(const Database &db) : m_connection(db.m_connection)
+{
+    db.connection().exec(QStringLiteral("SAVEPOINT write_batch"));
+}
+
+WriteBatch::~WriteBatch()
+{
+    if (!m_connection->isOpen())
+        return;
+    try {
+        m_connection->exec(QStringLiteral("RELEASE write_batch"));
+    } catch (const StoreError &) {
+        // Nothing to report to from here; the rows stay as far as they were written.
+    }
+}
+
 Recordset Database::OpenRecordset(const QString &source, int type)
 {
     Connection &c = connection();

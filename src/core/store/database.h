@@ -51,10 +51,27 @@ public:
 private:
     friend class DBEngine;
     friend class Workspace;
+    friend class WriteBatch;
     friend struct detail::DatabaseAccess; // graph walks (graph.cpp) run their own query
     explicit Database(std::shared_ptr<detail::Connection> connection);
     detail::Connection &connection() const;
 
+    std::shared_ptr<detail::Connection> m_connection;
+};
+
+// While it lives, what is written to the file goes into one transaction, written out when it
+// ends; a batch under way takes it in. For scratch rows written one by one, such as the
+// inheritance table of a published page, where a commit of each row would cost more than the
+// work. Nothing is rolled back: a failed statement undoes only itself, as without the batch, and
+// what was written stays. The file is to be closed only after its batches have ended.
+class WriteBatch {
+public:
+    explicit WriteBatch(const Database &db);
+    ~WriteBatch();
+    WriteBatch(const WriteBatch &) = delete;
+    WriteBatch &operator=(const WriteBatch &) = delete;
+
+private:
     std::shared_ptr<detail::Connection> m_connection;
 };
 

@@ -1,0 +1,318 @@
+#include "publish/html_stuff.h"
+
+#include "core/file_steps.h"
+#include "core/interaction.h"
+#include "core/process.h"
+#include "core/store/database.h"
+#include "ontology/edit/inheritance.h"
+#include "ontology/store/lookups.h"
+#include "publish/text_channel.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace lx {
+
+using store::Recordset;
+
+namespace {
+
+const QString Q = QStringLiteral("\"");
+const QString kCrLf = QStringLiteral("\r\n");
+const QString kRowEnd = QStringLiteral("</td></tr>");
+const QString kSmallLineEnd = QStringLiteral("</small><br>");
+const QString kDefaultLineEnd = QStringLiteral("&nbsp;(by default)</small><br>");
+const QString kIndent = QStringLiteral("<small>&nbsp;&nbsp;&nbsp; ");
+
+const QStringList kFixedTopNodes = {
+    QStringLiteral("OBJECT"),        QStringLiteral("EVENT"),
+    QStringLiteral("PROPERTY"),      QStringLiteral("RELATION"),
+    QStringLiteral("ATTRIBUTE"),     QStringLiteral("PHYSICAL-OBJECT"),
+    QStringLiteral("MENTAL-OBJECT"), QStringLiteral("INTANGIBLE-OBJECT"),
+    QStringLiteral("SOCIAL-OBJECT"), QStringLiteral("PHYSICAL-EVENT"),
+    QStringLiteral("MENTAL-EVENT"),  QStringLiteral("SOCIAL-EVENT"),
+};
+
+// The opening of a link to a concept's page. The target stands as it is, unencoded: pages are
+// named by their identifier alone.
+QString Href(const QString &target)
+{
+    return QStringLiteral("<a href = ") + Q + target + QStringLiteral(".") +
+           QStringLiteral("html") + Q + QStringLiteral(">");
+}
+
+QString ConceptItem(const QString &identifier)
+{
+    return QStringLiteral("<small><a href = ") + Q + identifier + QStringLiteral(".") +
+           QStringLiteral("html") + Q + QStringLiteral(">") + HtmlText(identifier) +
+           QStringLiteral(" </a> </small><br>");
+}
+
+QString SlotLineEnd(const QVariant &isDefault)
+{
+    // Compared with True: a Null is no default.
+    return !isDefault.isNull() && isDefault.toBool() ? kDefaultLineEnd : kSmallLineEnd;
+}
+
+// Appends a row when it has items; a row without items isn't written at all.
+void AddRow(QString &table, const QString &opening, const QString &items)
+{
+    if (!items.isEmpty())
+        table += opening + items + kRowEnd;
+}
+
+// The query with the identifier between quotes, unescaped, as every criterion stands.
+Recordset Snapshot(const QString &select, const QString &identifier, const QString &orderBy)
+{
+    const QString &q = Process().Quote;
+    return Process().OntoDB.OpenRecordset(select + q + identifier + q + orderBy,
+                                          store::dbOpenSnapshot);
+}
+
+QString ParentItems(const QString &identifier)
+{
+    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ISA WHERE Concept = "), identifier,
+                            QStringLiteral(" ORDER BY ISA"));
+    QString items;
+    for (; !rs.Eof(); rs.MoveNext())
+        items += ConceptItem(rs.Value(u"ISA").toString());
+    return items;
+}
+
+QString ListItems(const QStringList &list)
+{
+    QString items;
+    for (const QString &identifier : list)
+        items += ConceptItem(identifier);
+    return items;
+}
+
+// A concept reached along two paths stands in the list twice; its item is written once.
+QString SortedUniqueItems(QStringList list)
+{
+    SortStringList(list);
+    QString items;
+    for (qsizetype i = 0; i < list.size(); ++i) {
+        // Sorted, a repeat follows its first: looking back one entry is the test for "seen".
+        if (i == 0 || list[i] != list[i - 1])
+            items += ConceptItem(list[i]);
+    }
+    return items;
+}
+
+QString RelationItems(const QString &identifier)
+{
+    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = "), identifier,
+                            QStringLiteral(" ORDER BY Rel"));
+    QString items;
+    QString remembered;
+    for (; !rs.Eof(); rs.MoveNext()) {
+        const QString rel = rs.Value(u"Rel").toString();
+        const QString filler = rs.Value(u"Concept2").toString();
+        if (rel != remembered)
+            items += QStringLiteral("<small>") + Href(rel) + HtmlText(rel) +
+                     QStringLiteral("</a>") + QStringLiteral(" : ") + Href(filler) +
+                     HtmlText(filler) + QStringLiteral("</a>");
+        else
+            items += kIndent + Href(filler) + HtmlText(filler) + QStringLiteral("</a>");
+        items += SlotLineEnd(rs.Value(u"Default"));
+        remembered = rel;
+    }
+    return items;
+}
+
+// The name of an attribute is written on every line, repeated or not: the indented form of a
+// repeat is never used for attributes.
+QString AttributeItems(const QString &identifier)
+{
+    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = "), identifier,
+                            QStringLiteral(" ORDER BY Attribute"));
+    QString items;
+    for (; !rs.Eof(); rs.MoveNext()) {
+        const QString attribute = rs.Value(u"Attribute").toString();
+        items += QStringLiteral("<small>") + Href(attribute) + HtmlText(attribute) +
+                 QStringLiteral("</a>") + QStringLiteral(" : ") +
+                 HtmlText(rs.Value(u"Value").toString()) + SlotLineEnd(rs.Value(u"Default"));
+    }
+    return items;
+}
+
+// The rows that the concept inherits, as the engine leaves them in Inherit. Links in these
+// rows close with "<a>".
+QString InheritedItems(const QString &identifier, const QString &include)
+{
+    ComputeInheritance(identifier, kExclusive, include);
+    const bool relations = include == kIncludeRels;
+    QString items;
+    QString remembered;
+    for (const InheritRow &row : InheritRows()) {
+        if (row.Attr != remembered)
+            items += QStringLiteral("<small>") + Href(row.Attr) + HtmlText(row.Attr) +
+                     QStringLiteral("<a> ") + QStringLiteral(" : ");
+        else
+            items += kIndent;
+        const bool isDefault = row.Value.endsWith(kByDefault);
+        const QString value = isDefault ? row.Value.chopped(kByDefault.size()) : row.Value;
+        if (relations)
+            items += Href(value) + HtmlText(value) +
+                     (isDefault ? QStringLiteral("<a> (by default) (from ")
+                                : QStringLiteral("<a> (from "));
+        else
+            items += HtmlText(value) + (isDefault ? QStringLiteral(" (by default) (from ")
+                                                  : QStringLiteral(" (from "));
+        items += Href(row.From) + HtmlText(row.From) + QStringLiteral("<a>)") + kSmallLineEnd;
+        remembered = row.Attr;
+    }
+    return items;
+}
+
+// The concept's definition, or nothing when it has none or isn't there.
+QString StoredDefinition(const QString &identifier)
+{
+    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
+    rs.SetIndex(QStringLiteral("Concept"));
+    rs.Seek(u"=", identifier);
+    return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
+}
+
+QString PageHead(const QString &identifier)
+{
+    return QStringLiteral("<HTML>") + kCrLf + QStringLiteral("<HEAD>") + QStringLiteral("<TITLE>") +
+           HtmlText(identifier) + QStringLiteral("</TITLE>") + QStringLiteral("</HEAD>") + kCrLf +
+           QStringLiteral("<BODY BACKGROUND=") + Q + QStringLiteral("ontoback.jpg") + Q +
+           QStringLiteral(">") + kCrLf + QStringLiteral("<meta name=") + Q +
+           QStringLiteral("GENERATOR") + Q + QStringLiteral("content=") + Q +
+           QStringLiteral("Silvanite Lexarbor") + Q + QStringLiteral(">") + kCrLf;
+}
+
+QString PageTitleBlock(const QString &identifier)
+{
+    return GeneratedStamp(QDateTime::currentDateTime()) + kCrLf + QStringLiteral("<CENTER><H3>") +
+           HtmlText(identifier) + QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
+}
+
+} // namespace
+
+QString HtmlText(const QString &text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (const QChar ch : text) {
+        if (ch == u'<')
+            out += QStringLiteral("&lt;");
+        else if (ch == u'>')
+            out += QStringLiteral("&gt;");
+        else if (ch == u'&')
+            out += QStringLiteral("&amp;");
+        else
+            out += ch;
+    }
+    return out;
+}
+
+QString GeneratedStamp(const QDateTime &now)
+{
+    return QStringLiteral("<SMALL>Generated by <a href =") + Q + kWebSiteAddress + Q +
+           QStringLiteral(">Lexarbor</a>. Updated: ") + DateToText(now) +
+           QStringLiteral("</SMALL>");
+}
+
+bool IsFixedTopNode(const QString &identifier)
+{
+    return identifier == Process().TopConcept || kFixedTopNodes.contains(identifier);
+}
+
+void SortStringList(QStringList &list)
+{
+    // Binary order, as a plain exchange sort under binary comparison would leave it; equal
+    // entries are the same text, so the sort needn't be stable.
+    std::sort(list.begin(), list.end(),
+              [](const QString &a, const QString &b) { return a.compare(b) < 0; });
+}
+
+std::optional<QString> ConceptPagePath(const QString &identifier, const QString &folder)
+{
+    if (identifier.contains(u'/') || identifier.contains(u'\\') || identifier.contains(QChar(0)))
+        return std::nullopt;
+    QString base = folder;
+    if (base.endsWith(u'\\'))
+        base.back() = u'/';
+    return base + identifier + QStringLiteral(".html");
+}
+
+QString BuildConceptStructures(const QString &identifier, bool ancestors, bool descendants,
+                               bool inheritedRelations, bool inheritedAttributes)
+{
+    // The inheritance engine writes Inherit row by row: in one transaction, the rows of a
+    // table cost one commit instead of one each.
+    const store::WriteBatch batch(Process().OntoDB);
+    QString table = QStringLiteral("<p></p><table border=") + Q + QStringLiteral("2") + Q +
+                    QStringLiteral(" cellpadding=") + Q + QStringLiteral("2") + Q +
+                    QStringLiteral(" > <tr><td colspan= ") + Q + QStringLiteral("2") + Q +
+                    QStringLiteral("><center><strong> Conceptual Structures ") +
+                    QStringLiteral("</strong></center> </td></tr>");
+
+    const QString parents = ParentItems(identifier);
+    if (!parents.isEmpty()) {
+        AddRow(table, QStringLiteral("<tr><td><strong>ISA</strong></td><td>"), parents);
+        // Only a concept with parents gets its SUBCLASSES row.
+        QStringList children;
+        if (GetChildren(identifier, children) > 0)
+            AddRow(table, QStringLiteral("<tr><td><strong>SUBCLASSES</strong></td><td>"),
+                   ListItems(children));
+    }
+    QStringList found;
+    if (descendants && GetDescendants(identifier, found) > 0)
+        AddRow(table, QStringLiteral("<tr><td><strong>DESCENDANTS</strong></td><td>"),
+               SortedUniqueItems(found));
+    found.clear();
+    if (ancestors && GetAncestors(identifier, found) > 0)
+        AddRow(table, QStringLiteral("<tr><td><strong>ANCESTORS</strong></td><td>"),
+               SortedUniqueItems(found));
+    AddRow(table, QStringLiteral("<tr><td><strong>RELATIONS</strong></td><td>"),
+           RelationItems(identifier));
+    AddRow(table, QStringLiteral("<tr><td><strong>ATTRIBUTES</strong></td><td>"),
+           AttributeItems(identifier));
+    if (inheritedRelations)
+        AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>RELATIONS</strong></td><td>"),
+               InheritedItems(identifier, kIncludeRels));
+    if (inheritedAttributes)
+        AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>ATTRIBUTES</strong></td><td>"),
+               InheritedItems(identifier, kIncludeAttrs));
+    return table + QStringLiteral("</table><p></p>");
+}
+
+void WriteConceptPage(const QString &identifier, const QString &folder, bool ancestors,
+                      bool descendants, bool inheritedRelations, bool inheritedAttributes)
+{
+    const std::optional<QString> path = ConceptPagePath(identifier, folder);
+    if (!path) {
+        UI().MsgBox(QStringLiteral("No page is written for the concept \"") + identifier +
+                        QStringLiteral("\": a page's file name is its identifier, and this one "
+                                       "holds a character that would lead out of the folder "
+                                       "(\"/\", \"\\\" or the character of code 0)."),
+                    msg::Exclamation);
+        return;
+    }
+    if (QFile::exists(*path))
+        QFile::remove(*path);
+
+    TextChannel page(*path);
+    page.Print(PageHead(identifier));
+    page.Print(PageTitleBlock(identifier));
+    const QString definition = StoredDefinition(identifier);
+    if (!definition.isEmpty())
+        page.Print(QStringLiteral("<strong>Definition</strong>: ") + definition + kCrLf +
+                   QStringLiteral("<hr>") + kCrLf);
+    if (!IsFixedTopNode(identifier)) {
+        const QString table = BuildConceptStructures(identifier, ancestors, descendants,
+                                                     inheritedRelations, inheritedAttributes);
+        if (!table.isEmpty())
+            page.Print(table + kCrLf + QStringLiteral("<hr>") + kCrLf + QStringLiteral("<p></p>"));
+    }
+    page.Print(QStringLiteral("</BODY>") + kCrLf + QStringLiteral("</HTML>"));
+    page.Close();
+}
+
+} // namespace lx

@@ -1,0 +1,77 @@
+#include "publish/text_channel.h"
+
+#include "core/file_steps.h"
+#include "core/store/errors.h"
+
+#include <array>
+
+namespace lx {
+
+namespace {
+
+// Windows-1252 from 0x80 to 0x9F; elsewhere it is Latin-1. The five codes the page leaves
+// unassigned stand for the control characters of the same number.
+constexpr std::array<char16_t, 32> kHighCodes = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char CodeOf(char32_t ch)
+{
+    if (ch < 0x80 || (ch >= 0xA0 && ch <= 0xFF))
+        return char(ch);
+    for (size_t i = 0; i < kHighCodes.size(); ++i)
+        if (kHighCodes[i] == ch)
+            return char(0x80 + i);
+    return '?';
+}
+
+[[noreturn]] void AccessError()
+{
+    throw store::StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
+}
+
+} // namespace
+
+QByteArray ToCodePage(QStringView text)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (char32_t ch : text.toUcs4())
+        bytes.append(CodeOf(ch));
+    return bytes;
+}
+
+TextChannel::TextChannel(const QString &path) : m_file(path)
+{
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        AccessError();
+}
+
+TextChannel::~TextChannel()
+{
+    try {
+        Close();
+    } catch (const store::StoreError &) {
+        // Nothing to report to from a destructor: the page stays as far as it was written.
+    }
+}
+
+void TextChannel::Print(QStringView chunk)
+{
+    m_pending += ToCodePage(chunk);
+    m_pending += "\r\n";
+}
+
+void TextChannel::Close()
+{
+    if (!m_file.isOpen())
+        return;
+    const bool written = m_file.write(m_pending) == m_pending.size();
+    m_pending.clear();
+    m_file.close();
+    if (!written)
+        AccessError();
+}
+
+} // namespace lx
