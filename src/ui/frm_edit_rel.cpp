@@ -20,9 +20,13 @@
 #include <QStringListModel>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace lx::ui {
 
 namespace {
+
+constexpr int MinimumWidth = 420;
 
 // The selection survives a refill where its text is still listed.
 void Refill(QListView *list, const QStringList &texts)
@@ -243,6 +247,7 @@ void frmEditRel::chkNothing_Click()
 void frmEditRel::FitToUse()
 {
     adjustSize();
+    resize(std::max(width(), MinimumWidth), height()); // room for long identifiers
     RestoreSize(*this, windowTitle());
 }
 
