@@ -124,6 +124,14 @@ TEST_F(SlotCommandsTest, AddRelationWritesThePairAndKeepsItsDialogForTheNextUse)
     EXPECT_FALSE(kept.isVisible());
     EXPECT_TRUE(kept.txtConcept1->text().isEmpty());
 
+    // Hidden with its concept box empty, the dialog still hears of new concepts, and can't
+    // find the type of no concept.
+    user.answerMsgBox(msg::OK);
+    ui::RefreshDialogs([](const QString &caption) { return caption == "Add Relation"; },
+                       QStringLiteral("Concept"));
+    EXPECT_EQ(user.calls().last().text,
+              QStringLiteral("Critical error. Error code LX010. Please Report."));
+
     // The slot shows on the other side as its inverse; the same dialog serves there.
     goTo(QStringLiteral("CAT"));
     EXPECT_EQ(Items(form.lstRels), QStringList{QStringLiteral("EATEN-BY : BIRD")});
