@@ -406,10 +406,23 @@ void frmPartTree::mnuOpenEditor_Click()
     editor->activateWindow();
 }
 
-// The navigator comes with a later step.
+// An open navigator goes to the selected concept; until the navigator window can be opened
+// from here, there is none to open.
 void frmPartTree::mnuOpenNav_Click()
 {
-    NotAvailableYet();
+    QWidget *navigator = Forms().FindByCaption(u"Ontology Navigator*");
+    if (!navigator) {
+        NotAvailableYet();
+        return;
+    }
+    if (navigator->isMinimized())
+        navigator->showNormal();
+    navigator->raise();
+    navigator->activateWindow();
+    if (auto *lblGoTo = navigator->findChild<SignalLabel *>(QStringLiteral("lblGoTo"))) {
+        lblGoTo->setCaption(QString());
+        lblGoTo->setCaption(selectedText());
+    }
 }
 
 void frmPartTree::StatusBar1_PanelClick()

@@ -279,6 +279,17 @@ TEST_F(PartTreeTest, ThePopupAndTheStatusBarHandConceptsToTheEditor)
     user.answerMsgBox(lx::msg::OK);
     tree.mnuOpenNav->trigger();
     EXPECT_EQ(user.calls().last().text, QStringLiteral("This command is not available yet."));
+    // An open navigator hears of the selected concept, the empty text first.
+    auto &navigator = Forms().Load<QWidget>();
+    navigator.setWindowTitle(QStringLiteral("Ontology Navigator - Zoo"));
+    auto *lblGoTo = new lx::SignalLabel(&navigator);
+    lblGoTo->setObjectName(QStringLiteral("lblGoTo"));
+    QStringList heard;
+    QObject::connect(lblGoTo, &lx::SignalLabel::captionChanged,
+                     [&heard](const QString &caption) { heard << caption; });
+    lblGoTo->setCaption(QStringLiteral("STONE"));
+    tree.mnuOpenNav->trigger();
+    EXPECT_EQ(heard, (QStringList{QStringLiteral("STONE"), QString(), QStringLiteral("OBJECT")}));
 
     click(tree.statusBar(), Qt::RightButton);
     EXPECT_TRUE(tree.mnuTree->isVisible());
