@@ -105,8 +105,9 @@ void frmPartTree::buildCentre()
     Tree1 = Named(new QTreeWidget(centre), QStringLiteral("Tree1"));
     Tree1->setHeaderHidden(true);
     Tree1->setUniformRowHeights(true);
-    Tree1->setContextMenuPolicy(Qt::CustomContextMenu);
+    Tree1->setContextMenuPolicy(Qt::PreventContextMenu); // the popup comes on the release
     Tree1->viewport()->installEventFilter(new KeepCurrentOnRightPress(Tree1));
+    Tree1->viewport()->installEventFilter(this);
 
     m_slotsPane = new QWidget(centre);
     lblRels = Named(new QLabel(QStringLiteral("LOCAL RELATIONS"), m_slotsPane),
@@ -179,7 +180,6 @@ void frmPartTree::connectControls()
         if (!m_programMove && item && QApplication::mouseButtons() == Qt::NoButton)
             RunCommand([this, item] { Tree1_NodeClick(item); });
     });
-    connect(Tree1, &QWidget::customContextMenuRequested, this, [this] { popUp(); });
     connect(cbxFind, &QComboBox::editTextChanged, this,
             [this] { RunCommand([this] { cbxFind_Change(); }); });
     connect(cbxFind, &QComboBox::activated, this, [this] { cbxFind_Click(); });
@@ -344,8 +344,17 @@ void frmPartTree::Toolbar1_ButtonClick(const QString &key)
     Form_Resize();
 }
 
+// No entry of the history is current but in the moment it is picked, and a pick is no change of
+// the text for the find.
 void frmPartTree::cbxFind_Change()
 {
+    if (cbxFind->currentIndex() >= 0) {
+        const QString picked = cbxFind->currentText();
+        const QSignalBlocker quiet(cbxFind);
+        cbxFind->setCurrentIndex(-1);
+        cbxFind->setEditText(picked);
+        return;
+    }
     m_tree.SearchPrepared = false;
     ToolButton(FindPlace)->setEnabled(!cbxFind->currentText().isEmpty());
 }
@@ -365,6 +374,7 @@ void frmPartTree::addToHistory(const QString &pattern)
     if (cbxFind->count() == HistorySize)
         cbxFind->removeItem(HistorySize - 1);
     cbxFind->insertItem(0, pattern);
+    cbxFind->setCurrentIndex(-1);
     cbxFind->setEditText(typed);
     m_lastAdded = pattern;
 }
@@ -455,12 +465,18 @@ void frmPartTree::closeEvent(QCloseEvent *event)
 }
 
 // A click on a status panel sends the concept of panel 1 to the editor; the right button
-// brings up the popup as well.
+// brings up the popup, on the status bar as on the tree.
 bool frmPartTree::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::MouseButtonRelease &&
-        (watched == statusBar() || m_panels.contains(watched))) {
-        const auto *mouse = static_cast<QMouseEvent *>(event);
+    if (event->type() != QEvent::MouseButtonRelease)
+        return QMainWindow::eventFilter(watched, event);
+    const auto *mouse = static_cast<QMouseEvent *>(event);
+    if (watched == Tree1->viewport()) {
+        if (mouse->button() == Qt::RightButton)
+            popUp();
+        return false;
+    }
+    if (watched == statusBar() || m_panels.contains(watched)) {
         if (watched != statusBar())
             RunCommand([this] { StatusBar1_PanelClick(); });
         if (mouse->button() == Qt::RightButton)

@@ -2,13 +2,16 @@
 #include "open_ontology_fixture.h"
 #include "ui/frm_part_tree.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTest>
 #include <QTreeWidget>
 
 namespace {
@@ -237,6 +240,28 @@ TEST_F(PartTreeTest, FindStepsThroughTheTreeAndKeepsAHistory)
     EXPECT_EQ(kept.last(), QStringLiteral("X05*"));
 }
 
+// A pick from the history enables the find and leaves the prepared find as it is; typing in
+// the box starts the find afresh.
+TEST_F(PartTreeTest, APickFromTheHistoryIsNoChangeOfTheText)
+{
+    openHierarchy();
+    form.mnuTreeFull->trigger();
+    frmPartTree &tree = *trees().first();
+    typeAndFind(tree, QStringLiteral("BAT"));
+    typeAndFind(tree, QStringLiteral("STONE"));
+    ASSERT_TRUE(tree.Nodes().SearchPrepared);
+    tree.cbxFind->showPopup();
+    QAbstractItemView *list = tree.cbxFind->view();
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(tree.cbxFind->currentText(), QStringLiteral("BAT*"));
+    EXPECT_TRUE(tree.Nodes().SearchPrepared);
+    EXPECT_TRUE(tree.ToolButton(4)->isEnabled());
+    QTest::keyClick(tree.cbxFind->lineEdit(), Qt::Key_Backspace);
+    EXPECT_EQ(tree.cbxFind->currentText(), QStringLiteral("BAT"));
+    EXPECT_FALSE(tree.Nodes().SearchPrepared);
+}
+
 // The double click on the list and "Find in Tree" open the full tree and find the concept in
 // it; a second double click on another concept goes to the same window.
 TEST_F(PartTreeTest, TheEditorFindsItsConceptInTheFullTree)
@@ -292,6 +317,9 @@ TEST_F(PartTreeTest, ThePopupAndTheStatusBarHandConceptsToTheEditor)
     EXPECT_EQ(heard, (QStringList{QStringLiteral("STONE"), QString(), QStringLiteral("OBJECT")}));
 
     click(tree.statusBar(), Qt::RightButton);
+    EXPECT_TRUE(tree.mnuTree->isVisible());
+    tree.mnuTree->hide();
+    click(tree.Tree1->viewport(), Qt::RightButton);
     EXPECT_TRUE(tree.mnuTree->isVisible());
     tree.mnuTree->hide();
 }
