@@ -81,6 +81,15 @@ public:
     void lstSubclasses_DblClick();
     void lvwInherit_MouseUp();
 
+    // The hierarchy trees, in frm_onto_edit_trees.cpp.
+    void mnuTreeFull_Click();
+    void mnuTreeObject_Click();
+    void mnuTreeEvent_Click();
+    void mnuTreeRel_Click();
+    void mnuTreeAttr_Click();
+    void mnuTreeSelConcept_Click();
+    void mnuConceptTree_Click();
+
     // The concept list and its search box, in frm_onto_edit_list.cpp.
     void dblConcepts_DblClick();
     void txtCptSearch_GotFocus();

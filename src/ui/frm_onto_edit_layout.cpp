@@ -256,9 +256,15 @@ void frmOntoEdit::routeMenus()
     route(mnuConceptNote, &frmOntoEdit::mnuConceptNote_Click);
     route(mnuToolsListNotes, &frmOntoEdit::mnuToolsListNotes_Click);
     // mnuEditCut and mnuEditPaste have no handler: they do nothing.
-    for (QAction *later : {mnuFileImport, mnuFileExport, mnuConceptTree, mnuTreeFull, mnuTreeObject,
-                           mnuTreeEvent, mnuTreeRel, mnuTreeAttr, mnuTreeSelConcept,
-                           mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
+    route(mnuTreeFull, &frmOntoEdit::mnuTreeFull_Click);
+    route(mnuTreeObject, &frmOntoEdit::mnuTreeObject_Click);
+    route(mnuTreeEvent, &frmOntoEdit::mnuTreeEvent_Click);
+    route(mnuTreeRel, &frmOntoEdit::mnuTreeRel_Click);
+    route(mnuTreeAttr, &frmOntoEdit::mnuTreeAttr_Click);
+    route(mnuTreeSelConcept, &frmOntoEdit::mnuTreeSelConcept_Click);
+    route(mnuConceptTree, &frmOntoEdit::mnuConceptTree_Click);
+    for (QAction *later :
+         {mnuFileImport, mnuFileExport, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
         route(later, &frmOntoEdit::NotAvailableYet);
 }
 

@@ -5,6 +5,7 @@
 #include "ontology/store/lookups.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_part_tree.h"
 #include "ui/list_views.h"
 
 #include <QKeyEvent>
@@ -216,19 +217,9 @@ void frmOntoEdit::dblConcepts_DblClick()
 {
     if (CurrentConcept.isEmpty())
         return;
-    const QString caption = Process().OntoMeta.Name + QStringLiteral(" - Full tree");
-    for (QWidget *form : Forms().list()) {
-        if (form->windowTitle() != caption)
-            continue;
-        if (form->isMinimized())
-            form->showNormal();
-        form->activateWindow();
-        form->setFocus();
-        if (auto *lblFind = form->findChild<SignalLabel *>(QStringLiteral("lblFind")))
-            lblFind->setCaption(CurrentConcept);
-        return;
-    }
-    // The hierarchy tree window comes with its own step; until then there is none to open.
+    ShowPartTree(Process().TopConcept, Process().OntoMeta.Name + QStringLiteral(" - Full tree"),
+                 Qt::WindowNoState)
+        .lblFind->setCaption(CurrentConcept);
 }
 
 void frmOntoEdit::lstSubclasses_DblClick()
