@@ -177,12 +177,7 @@ void frmOntoEdit::LoadSlots()
 
 void frmOntoEdit::showSlots(const SlotLists &slots)
 {
-    lblRels->setText(slots.RelsLabel);
-    lstRels->clear();
-    lstRels->addItems(slots.Rels);
-    lblAttrs->setText(slots.AttrsLabel);
-    lstAttrs->clear();
-    lstAttrs->addItems(slots.Attrs);
+    ShowSlotLists(slots, lblRels, lstRels, lblAttrs, lstAttrs);
 }
 
 void frmOntoEdit::LoadAncestors()

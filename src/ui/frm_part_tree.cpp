@@ -319,12 +319,7 @@ void frmPartTree::Tree1_NodeClick(QTreeWidgetItem *item)
 void frmPartTree::LoadTreeSlots()
 {
     const SlotLists slots = ReadTreeSlots(ClickedConcept, ClickedType);
-    lblRels->setText(slots.RelsLabel);
-    lstRels->clear();
-    lstRels->addItems(slots.Rels);
-    lblAttrs->setText(slots.AttrsLabel);
-    lstAttrs->clear();
-    lstAttrs->addItems(slots.Attrs);
+    ShowSlotLists(slots, lblRels, lstRels, lblAttrs, lstAttrs);
 }
 
 void frmPartTree::Toolbar1_ButtonClick(const QString &key)

@@ -1,10 +1,13 @@
 #include "ui/list_views.h"
 
 #include "core/text/collation.h"
+#include "ontology/edit/concept_view.h"
 #include "ui/named.h"
 
 #include <QEvent>
+#include <QLabel>
 #include <QListView>
+#include <QListWidget>
 #include <QMouseEvent>
 #include <QStringListModel>
 #include <QTreeView>
@@ -14,6 +17,17 @@
 #include <numeric>
 
 namespace lx::ui {
+
+void ShowSlotLists(const SlotLists &slots, QLabel *lblRels, QListWidget *lstRels, QLabel *lblAttrs,
+                   QListWidget *lstAttrs)
+{
+    lblRels->setText(slots.RelsLabel);
+    lstRels->clear();
+    lstRels->addItems(slots.Rels);
+    lblAttrs->setText(slots.AttrsLabel);
+    lstAttrs->clear();
+    lstAttrs->addItems(slots.Attrs);
+}
 
 // Text sorts as the store orders it.
 void SortByColumn(QTreeWidget *list, int column)

@@ -6,10 +6,16 @@
 
 #include <vector>
 
+class QLabel;
 class QListView;
+class QListWidget;
 class QTreeView;
 class QTreeWidget;
 class QWidget;
+
+namespace lx {
+struct SlotLists;
+}
 
 namespace lx::ui {
 
@@ -24,6 +30,10 @@ void SetTexts(QListView *list, const QStringList &texts);
 QStringList Texts(const QListView *list);
 // The text of the current row, empty without one.
 QString CurrentText(const QListView *list);
+
+// The local slots of a concept in the two lists of a window, under their labels.
+void ShowSlotLists(const SlotLists &slots, QLabel *lblRels, QListWidget *lstRels, QLabel *lblAttrs,
+                   QListWidget *lstAttrs);
 
 // Rows of texts in fixed columns, for a list view that may hold a whole ontology. A sort keeps
 // rows of equal text in their order and ignores case, as the store orders text.

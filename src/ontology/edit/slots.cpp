@@ -33,6 +33,13 @@ bool confirmDelete(const QString &prompt)
     return UI().MsgBox(prompt, msg::YesNo | msg::Exclamation, kConfirmDelete) != msg::No;
 }
 
+// The question before a slot of the list goes: what it is, then the concept and the item.
+bool confirmItemDelete(const QString &what, const QString &owner, const QString &item)
+{
+    return confirmDelete(QStringLiteral("Confirm deletion of ") + what + QStringLiteral(":") +
+                         kLineBreak + owner + QStringLiteral(" : ") + item);
+}
+
 // The first row of a dynaset goes, if it has one: one row, however many are equal.
 void deleteFirstRow(const QString &query)
 {
@@ -314,8 +321,7 @@ bool DeleteRelationSlot(const QString &owner, const QString &item)
 {
     if (item.isEmpty())
         return false;
-    if (!confirmDelete(QStringLiteral("Confirm deletion of relation:") + kLineBreak + owner +
-                       QStringLiteral(" : ") + item))
+    if (!confirmItemDelete(QStringLiteral("relation"), owner, item))
         return false;
     const SlotItem parts = SplitSlotItem(item);
     // A relation without an inverse row loses its own row only.
@@ -383,8 +389,7 @@ bool DeleteDomain(const QString &owner, const QString &item)
 {
     if (item.isEmpty())
         return false;
-    if (!confirmDelete(QStringLiteral("Confirm deletion of DOMAIN:") + kLineBreak + owner +
-                       QStringLiteral(" : ") + item))
+    if (!confirmItemDelete(QStringLiteral("DOMAIN"), owner, item))
         return false;
     deleteFirstRow(domainsOf(owner) + QStringLiteral(" AND Concept2 = ") + quoted(item));
     return true;
@@ -393,8 +398,7 @@ bool DeleteDomain(const QString &owner, const QString &item)
 // Unlike the domain's, this command asks before it looks at the selection.
 bool DeleteRange(const QString &owner, int type, const QString &item)
 {
-    if (!confirmDelete(QStringLiteral("Confirm deletion of RANGE:") + kLineBreak + owner +
-                       QStringLiteral(" : ") + item))
+    if (!confirmItemDelete(QStringLiteral("RANGE"), owner, item))
         return false;
     if (item.isEmpty())
         return false;
