@@ -1,0 +1,340 @@
+#include "termbase/edit/categories.h"
+
+#include "core/interaction.h"
+#include "core/process.h"
+#include "core/store/database.h"
+#include "core/store/types.h"
+#include "core/text/like.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <functional>
+
+namespace lx {
+
+using namespace store;
+
+namespace {
+
+const QString kErrorTitle = QStringLiteral("Error");
+
+QString quoted(const QString &value)
+{
+    const QString &q = Process().Quote;
+    return q + value + q;
+}
+
+QString field(const Recordset &rs, QStringView name)
+{
+    const QVariant value = rs.Value(name);
+    return value.isNull() ? QString() : value.toString();
+}
+
+// Where each category stands in DataCats, so that a lookup needn't walk the table.
+QHash<QString, qsizetype> &RowIndex()
+{
+    static QHash<QString, qsizetype> index;
+    return index;
+}
+
+const QStringList *CategoryRow(const QString &categoryId)
+{
+    const QList<QStringList> &cats = Process().DataCats;
+    const qsizetype at = RowIndex().value(categoryId, -1);
+    if (at >= 0 && at < cats.size() && cats[at].value(dcId) == categoryId)
+        return &cats[at];
+    // The table was changed behind the index: the first row with the identifier.
+    for (const QStringList &row : cats) {
+        if (row.value(dcId) == categoryId)
+            return &row;
+    }
+    return nullptr;
+}
+
+QString CategoryColumn(const QString &categoryId, DataCatColumn column)
+{
+    const QStringList *row = CategoryRow(categoryId);
+    return row ? row->value(column) : QString();
+}
+
+bool like(const QString &id, const char *pattern)
+{
+    return text::Like(id, QString::fromLatin1(pattern));
+}
+
+bool isBackmatterReference(const QString &id)
+{
+    return like(id, "10.2.2.*") || id == QLatin1String("10.20") || id == QLatin1String("4") ||
+           like(id, "10.21.?");
+}
+
+// The record category a reference to the backmatter lists.
+QString sourceContainer(const QString &id)
+{
+    if (id == QLatin1String("4"))
+        return QStringLiteral("xx4");
+    if (id == QLatin1String("10.20") || id == QLatin1String("10.21.1") ||
+        id == QLatin1String("10.21.2"))
+        return QStringLiteral("x") + id;
+    return QStringLiteral("x10.2.2");
+}
+
+QStringList valueColumn(const QString &query, QStringView name)
+{
+    QStringList values;
+    Recordset rs = Process().TermDB.OpenRecordset(query, dbOpenSnapshot);
+    for (; !rs.Eof(); rs.MoveNext())
+        values.append(field(rs, name));
+    rs.Close();
+    return values;
+}
+
+} // namespace
+
+void LoadCategoryTable()
+{
+    ProcessState &p = Process();
+    p.rsDatCats = p.TermDB.OpenRecordset(
+        QStringLiteral("SELECT datcats.categoryID, datcats.GI_name, datcats.type, "
+                       "datcats.value_type, datcats.needs_lang, datcats.forms_link, "
+                       "datcats.parentCatId, datcats_names.name FROM datcats INNER JOIN "
+                       "datcats_names ON datcats.categoryID = datcats_names.categoryID WHERE "
+                       "datcats_names.langID = ") +
+            quoted(p.TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
+        dbOpenSnapshot);
+    p.DataCats.clear();
+    RowIndex().clear();
+    Recordset &rs = p.rsDatCats;
+    if (rs.RecordCount() < 1)
+        return;
+    rs.MoveLast();
+    rs.MoveFirst();
+    p.DataCats.reserve(rs.RecordCount());
+    // Columns 1 to 6 of the query, then the name (the seventh, after parentCatId).
+    const int sources[] = {0, 1, 2, 3, 4, 5, 7};
+    for (; !rs.Eof(); rs.MoveNext()) {
+        QStringList row;
+        for (int source : sources) {
+            const QVariant value = rs.Fields(source).Value();
+            row.append(value.isNull() ? QString() : value.toString());
+        }
+        RowIndex().insert(row.first(), p.DataCats.size());
+        p.DataCats.append(row);
+    }
+    rs.MoveFirst();
+}
+
+QString CategoryName(const QString &categoryId)
+{
+    return CategoryColumn(categoryId, dcName);
+}
+
+QString CategoryType(const QString &categoryId)
+{
+    return CategoryColumn(categoryId, dcType);
+}
+
+QString CategoryGI(const QString &categoryId)
+{
+    return CategoryColumn(categoryId, dcGI);
+}
+
+QString ElementCategory(qint32 elemId)
+{
+    Recordset &rs = Process().rsElements;
+    rs.Seek(u"=", elemId);
+    if (rs.NoMatch()) {
+        UI().MsgBox(
+            QStringLiteral("Element not found. Fatal Error. Please report. Error Code GL001"),
+            msg::OKOnly, kErrorTitle);
+        return {};
+    }
+    return field(rs, u"categoryID");
+}
+
+QString ElementConcept(qint32 elemId)
+{
+    ProcessState &p = Process();
+    QSet<qint32> seen; // a damaged file may hold a loop of parents
+    qint32 at = elemId;
+    while (at != 1 && !seen.contains(at)) {
+        seen.insert(at);
+        p.rsElements.Seek(u"=", at);
+        if (p.rsElements.NoMatch())
+            return {};
+        if (field(p.rsElements, u"categoryID") == QLatin1String("0.3"))
+            break;
+        at = p.rsElements.Value(u"parentID").toInt();
+    }
+    p.rsTEConcepts.Seek(u"=", at);
+    return p.rsTEConcepts.NoMatch() ? QString() : field(p.rsTEConcepts, u"Concept");
+}
+
+QList<CategoryNode> ReadCategoryTree()
+{
+    // One read of every name, grouped under the parents in categoryID order.
+    QHash<QString, QList<CategoryNode>> children;
+    QHash<QString, QString> names;
+    {
+        Recordset rs = Process().TermDB.OpenRecordset(
+            QStringLiteral("SELECT datcats.categoryID, datcats.parentCatID, datcats_names.name "
+                           "FROM datcats INNER JOIN datcats_names ON datcats.categoryID = "
+                           "datcats_names.categoryID WHERE datcats_names.langID = ") +
+                quoted(Process().TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
+            dbOpenSnapshot);
+        for (; !rs.Eof(); rs.MoveNext()) {
+            const QString id = field(rs, u"categoryID");
+            children[field(rs, u"parentCatID").toCaseFolded()].append({id, field(rs, u"name"), {}});
+            names.insert(id, field(rs, u"name"));
+        }
+    }
+    QSet<QString> placed; // a loop of parents in a damaged file is cut where it closes
+    std::function<void(CategoryNode &)> fill = [&](CategoryNode &node) {
+        placed.insert(node.Id);
+        node.Children = children.value(node.Id.toCaseFolded());
+        node.Children.removeIf(
+            [&](const CategoryNode &child) { return placed.contains(child.Id); });
+        for (CategoryNode &child : node.Children)
+            fill(child);
+    };
+    const QList<CategoryNode> &tops = children[QStringLiteral("dc")];
+    QList<CategoryNode> tree;
+    for (const char *id : {"0", "1", "2", "descrip", "admin", "100"}) {
+        const auto found = std::find_if(tops.begin(), tops.end(), [id](const CategoryNode &top) {
+            return top.Id.compare(QLatin1String(id), Qt::CaseInsensitive) == 0;
+        });
+        if (found == tops.end()) {
+            UI().MsgBox(QStringLiteral("Data category not found. Fatal error. Please report. "
+                                       "Error Code TB006"),
+                        msg::OKOnly, kErrorTitle);
+            break;
+        }
+        CategoryNode top = *found;
+        fill(top);
+        tree.append(top);
+    }
+    return tree;
+}
+
+QSet<QString> ValidChildCategories(const QString &category)
+{
+    QSet<QString> valid;
+    Recordset rs = Process().TermDB.OpenRecordset(
+        QStringLiteral("SELECT * FROM valid_families WHERE parentCategoryID = ") +
+            quoted(category) + QStringLiteral(" OR parentCategoryID = 'all'"),
+        dbOpenSnapshot);
+    for (; !rs.Eof(); rs.MoveNext())
+        valid.insert(field(rs, u"childCategoryID").toCaseFolded());
+    rs.Close();
+    return valid;
+}
+
+bool IsValidChild(const QSet<QString> &valid, const QString &categoryId)
+{
+    return valid.contains(categoryId.toCaseFolded());
+}
+
+QString RefRecordCategory(const QString &id)
+{
+    if (like(id, "5.5.?"))
+        return QStringLiteral("x5.5");
+    if (like(id, "10.3.*"))
+        return QStringLiteral("x10.3");
+    if (like(id, "10.2.*"))
+        return QStringLiteral("x10.2.2");
+    if (id == QLatin1String("4"))
+        return QStringLiteral("xx4");
+    for (const char *own : {"4.2", "9.2", "10.20", "10.21.1", "10.21.2"}) {
+        if (id == QLatin1String(own))
+            return QStringLiteral("x") + id;
+    }
+    if (id == QLatin1String("5.3x"))
+        return QStringLiteral("x11.1");
+    return {};
+}
+
+// Records of a classification system, a concept system and a subset keep their value as text:
+// they are looked for where they are written.
+QStringList CollectRefValues(const QString &categoryId)
+{
+    const QString record = RefRecordCategory(categoryId);
+    const bool asText = record == QLatin1String("x4.2") || record == QLatin1String("x9.2") ||
+                        record == QLatin1String("x10.3");
+    const QString table = asText ? QStringLiteral("text_values") : QStringLiteral("ref_values");
+    return valueColumn(QStringLiteral("SELECT categoryID, value from elements INNER JOIN ") +
+                           table + QStringLiteral(" ON elements.elemID = ") + table +
+                           QStringLiteral(".elemID WHERE categoryID = ") + quoted(record),
+                       u"value");
+}
+
+CategoryEditor ChooseCategoryEditor(const QString &id)
+{
+    using Control = CategoryEditor::Control;
+    CategoryEditor editor;
+    const QStringList *row = CategoryRow(id);
+    const QString valueType = row ? row->value(dcValueType) : QString();
+    const QString gi = row ? row->value(dcGI) : QString();
+    editor.Name = row ? row->value(dcName) : QString();
+    const QString needsLang = row ? row->value(dcNeedsLang) : QString();
+    editor.NeedsLang = needsLang == QLatin1String("true") || needsLang == QLatin1String("-1") ||
+                       needsLang == QLatin1String("True");
+    if (id == QLatin1String("1")) {
+        editor.Shown = Control::Text;
+        return editor;
+    }
+    if (id == QLatin1String("0.3")) {
+        editor.Shown = Control::Concepts;
+        return editor;
+    }
+    if (isBackmatterReference(id)) {
+        editor.Values = valueColumn(
+            QStringLiteral("SELECT value from elements INNER JOIN text_values ON elements.elemID "
+                           "= text_values.elemID WHERE categoryID = ") +
+                quoted(sourceContainer(id)),
+            u"value");
+        editor.Shown = editor.Values.isEmpty() ? Control::NoElements : Control::BackmatterList;
+        return editor;
+    }
+    static const std::pair<const char *, const char *> records[] = {
+        {"x10.20", "AddBibliography"}, {"x10.2.2", "AddPerson"}, {"xx4", "AddSubjectFieldSet"},
+        {"x10.21.1", "AddUrl"},        {"x10.21.2", "AddFpi"},
+    };
+    for (const auto &[record, command] : records) {
+        if (id == QLatin1String(record)) {
+            editor.Shown = Control::Record;
+            editor.RecordCommand = QString::fromLatin1(command);
+            return editor;
+        }
+    }
+    if (gi == QLatin1String("refObject")) {
+        editor.Shown = Control::Record;
+        editor.RecordCommand = QStringLiteral("AddBinaryRecord");
+    } else if (gi == QLatin1String("ref")) {
+        editor.Values = CollectRefValues(id);
+        editor.Shown = editor.Values.isEmpty() ? Control::NoElements : Control::Refs;
+    } else if (gi == QLatin1String("ptr")) {
+        editor.Shown = Control::Pointer;
+    } else if (valueType == QLatin1String("text")) {
+        editor.Shown = Control::Text;
+    } else if (valueType == QLatin1String("picklist")) {
+        editor.Shown = Control::Picklist;
+        editor.Values = valueColumn(
+            QStringLiteral("SELECT * from picklists WHERE categoryID = ") + quoted(id), u"Value");
+    } else if (valueType == QLatin1String("date")) {
+        editor.Shown = Control::Date;
+    } else if (valueType == QLatin1String("number")) {
+        editor.Shown = Control::Number;
+    }
+    return editor;
+}
+
+QString NoElementsMessage()
+{
+    return QStringLiteral(
+        "No elements of this kind have been added to the TermBase's backmatter. In order to add "
+        "new elements click on the container under the 'backmatter' folder in the elements tree, "
+        "then click on the desired category in the 'data categories' tree.");
+}
+
+} // namespace lx
