@@ -3,6 +3,7 @@
 #include "core/command.h"
 #include "core/interaction.h"
 #include "core/process.h"
+#include "termbase/edit/categories.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
@@ -180,6 +181,7 @@ void frmTBEDitor::buildCentre()
     ListView1->hide();
     picBrowser = Named(new QWidget(right), QStringLiteral("picBrowser"));
     picBrowser->hide();
+    buildEditFrame();
 
     auto *leftLayout = new QVBoxLayout(left);
     leftLayout->setContentsMargins(0, 0, 0, 0);
@@ -269,14 +271,19 @@ void frmTBEDitor::ClearTermbaseView()
     fraEdit->hide();
 }
 
-// The category pane and the element tree come with their own logic; until then the trees are
-// shown empty.
+// The category table and pane first, then the element tree.
 void frmTBEDitor::LoadTermbaseView()
 {
+    LoadCategoryTable();
+    LoadCategoryTree();
     Tree1->show();
 }
 
-void frmTBEDitor::ReloadCategoryNames() {}
+void frmTBEDitor::ReloadCategoryNames()
+{
+    LoadCategoryTable();
+    LoadCategoryTree();
+}
 
 void frmTBEDitor::lblOntoComm_Change()
 {

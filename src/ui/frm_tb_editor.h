@@ -1,13 +1,24 @@
 #pragma once
 
 #include "core/signal_label.h"
+#include "termbase/edit/assert.h"
 #include "termbase/store/tb_editor.h"
 #include "ui/forms.h"
 
 #include <QList>
 #include <QMainWindow>
 
+#include <functional>
+
 class QAction;
+class QComboBox;
+class QLineEdit;
+class QListView;
+class QListWidgetItem;
+class QProgressBar;
+class QPushButton;
+class QSlider;
+class QTreeWidgetItem;
 class QGroupBox;
 class QLabel;
 class QListWidget;
@@ -67,6 +78,25 @@ public:
     // place is kept for the next run.
     void Form_Unload() override;
 
+    // The category pane and the edit frame, in frm_tb_editor_categories.cpp.
+    void LoadCategoryTree();
+    void MarkValidCategories();
+    void HideEditFrame();
+    void ShowCategoryEditor(const QString &categoryId);
+    void Tree2_NodeClick(QTreeWidgetItem *node);
+    void ListView1_ItemClick(QListWidgetItem *item);
+    void cmdAssert_Click();
+    AssertInput ReadAssertInput() const;
+    bool StartCrossReference();
+    void EnterCrossRefMode();
+    void LeaveCrossRefMode();
+    bool PickCrossReferenceTarget(qint32 target, const QString &targetCategory);
+    bool CrossRefPicking = false;
+    qint32 CrossRefSource = 0;
+    // What the element tree shows of the selected node, and the tree after an assert.
+    QString SelectedElementKind() const;
+    void ShowAssertedElement(const AssertResult &result);
+
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
         *mnuFileExit;
@@ -79,6 +109,14 @@ public:
     QListWidget *ListView1;
     QWidget *picBrowser;
     QGroupBox *fraEdit;
+    QLineEdit *txtElem, *txtDC, *txtData, *mskData;
+    QListWidget *lstData, *lstRefs;
+    QSlider *sldData;
+    QListView *dbcConcepts;
+    QComboBox *lstLang;
+    QPushButton *cmdAssert, *cmdEdit;
+    QLabel *lblEdit;
+    QProgressBar *ProgressBar1;
     // Between the element tree and the category pane.
     QSplitter *splitter;
 
@@ -90,6 +128,9 @@ private:
     void buildToolBar();
     void buildCentre();
     void setEditorCommands(bool enabled, int lastButton);
+    void buildEditFrame();
+    void categoryClicked(const QString &key, const QString &image, const QString &name,
+                         const std::function<void()> &takeBack);
 
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
