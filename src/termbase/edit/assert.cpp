@@ -178,15 +178,17 @@ void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
         source = QStringLiteral("x") + id;
     else if (id == QLatin1String("4"))
         source = QStringLiteral("xx4");
-    const qint32 element = addElement(editor, id, input.Parent);
-    result.Written = true;
     Recordset rs = Process().TermDB.OpenRecordset(
         QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values ON "
                        "elements.elemID = text_values.elemID WHERE categoryID = ") +
             quoted(source),
         dbOpenSnapshot);
-    if (rs.RecordCount() < 1)
-        return; // the element stays without a pointer
+    if (rs.RecordCount() < 1) {
+        // An empty backmatter: the element stands without a pointer.
+        addElement(editor, id, input.Parent);
+        result.Written = true;
+        return;
+    }
     qint32 target = 0;
     for (; !rs.Eof(); rs.MoveNext()) {
         if (rs.Value(u"value").toString() == input.Value) {
@@ -195,7 +197,16 @@ void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
         }
     }
     rs.Close();
+    // A record removed since the list was filled: a pointer to it could only point nowhere.
+    if (target == 0) {
+        UI().MsgBox(QStringLiteral("The record ") + input.Value +
+                        QStringLiteral(" is no longer in the backmatter."),
+                    msg::Critical, kErrorTitle);
+        return;
+    }
+    const qint32 element = addElement(editor, id, input.Parent);
     addRow("pointers", {{u"elemID", element}, {u"targetID", target}});
+    result.Written = true;
 }
 
 void assertGeneral(TermbaseEditor &editor, const AssertInput &input, bool needsLang,
