@@ -1,13 +1,19 @@
 #include "core/store/database.h"
 #include "open_ontology_fixture.h"
+#include "termbase/edit/categories.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/frm_tb_options.h"
 #include "ui/frm_tb_properties.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QMenu>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QSplitter>
@@ -310,4 +316,108 @@ TEST_F(TermbaseEditorTest, OptionsRefuseOtherLanguagesAndCancelKeepsTheOldOnes)
     EXPECT_FALSE(editor->Tree2->isHidden());
 }
 
+} // namespace lx::test
+
+namespace lx::test {
+namespace {
+
+// The pane's item for a category, in the tree or in the list.
+QTreeWidgetItem *PaneNode(const ui::frmTBEDitor &editor, const QString &id)
+{
+    for (QTreeWidgetItemIterator it(editor.Tree2); *it; ++it) {
+        if ((*it)->data(0, Qt::UserRole).toString() == QStringLiteral("n") + id)
+            return *it;
+    }
+    return nullptr;
+}
+
+int ListRow(const ui::frmTBEDitor &editor, const QString &id)
+{
+    for (int i = 0; i < editor.ListView1->count(); ++i) {
+        if (editor.ListView1->item(i)->data(Qt::UserRole).toString() == QStringLiteral("n") + id)
+            return i;
+    }
+    return -1;
+}
+
+class CategoryPaneTest : public TermbaseEditorTest {
+protected:
+    void SetUp() override
+    {
+        TermbaseEditorTest::SetUp();
+        createTermbase(termbase(QStringLiteral("pane")), QStringLiteral("Pane"));
+    }
+    // The user stands on an element of `category` and clicks `id` in the tree.
+    void clickCategory(const QString &category, const QString &id)
+    {
+        editor->CurrentCategory = category;
+        editor->MarkValidCategories();
+        QTreeWidgetItem *node = PaneNode(*editor, id);
+        ASSERT_NE(node, nullptr) << id.toStdString();
+        editor->Tree2_NodeClick(node);
+    }
+};
+
+TEST_F(CategoryPaneTest, TheTreeHoldsTheTopsInOrderAndTheListPutsParentsAfterTheirChildren)
+{
+    ASSERT_EQ(editor->Tree2->topLevelItemCount(), 1);
+    QTreeWidgetItem *root = editor->Tree2->topLevelItem(0);
+    EXPECT_EQ(root->text(0), QStringLiteral("DC"));
+    QStringList tops;
+    for (int i = 0; i < root->childCount(); ++i)
+        tops << root->child(i)->data(0, Qt::UserRole).toString();
+    EXPECT_EQ(tops, (QStringList{"n0", "n1", "n2", "ndescrip", "nadmin", "n100"}));
+    EXPECT_LT(ListRow(*editor, QStringLiteral("2.2.1")), ListRow(*editor, QStringLiteral("2.2")));
+    EXPECT_LT(ListRow(*editor, QStringLiteral("2")), ListRow(*editor, QStringLiteral("2.2")));
+    EXPECT_EQ(editor->ListView1->count(), int(Process().DataCats.size()) - 2); // no DC, no all
+}
+
+TEST_F(CategoryPaneTest, MarksFollowTheElementAndOnlyActiveCategoriesOpenTheFrame)
+{
+    editor->txtElem->clear();
+    clickCategory(QStringLiteral("0.2"), QStringLiteral("0.3"));
+    EXPECT_FALSE(editor->fraEdit->isVisibleTo(editor)); // no element is current
+    EXPECT_EQ(PaneNode(*editor, QStringLiteral("0.3"))->data(0, Qt::UserRole + 1).toString(),
+              QStringLiteral("active"));
+    EXPECT_EQ(PaneNode(*editor, QStringLiteral("1"))->data(0, Qt::UserRole + 1).toString(),
+              QStringLiteral("inactive"));
+
+    editor->txtElem->setText(QStringLiteral("BODY"));
+    clickCategory(QStringLiteral("0.2"), QStringLiteral("1"));
+    EXPECT_FALSE(editor->fraEdit->isVisibleTo(editor));
+    clickCategory(QStringLiteral("0.2"), QStringLiteral("0.3"));
+    EXPECT_TRUE(editor->fraEdit->isVisibleTo(editor));
+    EXPECT_TRUE(editor->dbcConcepts->isVisibleTo(editor));
+    EXPECT_EQ(editor->lblEdit->text(), QStringLiteral("0.3"));
+
+    clickCategory(QStringLiteral("1"), QStringLiteral("2.1"));
+    EXPECT_TRUE(editor->lstData->isVisibleTo(editor));
+    EXPECT_FALSE(editor->dbcConcepts->isVisibleTo(editor));
+    EXPECT_GT(editor->lstData->count(), 0);
+    EXPECT_FALSE(editor->lstLang->isVisibleTo(editor));
+    EXPECT_EQ(editor->fraEdit->title(), CategoryName(QStringLiteral("2.1")));
+}
+
+TEST_F(CategoryPaneTest, ANoteAsksForItsLanguageBeforeItIsWritten)
+{
+    editor->txtElem->setText(QStringLiteral("BODY"));
+    editor->CurrentElemID = 3;
+    clickCategory(QStringLiteral("0.2"), QStringLiteral("8"));
+    EXPECT_TRUE(editor->txtData->isVisibleTo(editor));
+    EXPECT_TRUE(editor->lstLang->isVisibleTo(editor));
+    editor->txtData->setText(QStringLiteral("A note"));
+    user.answerMsgBox(msg::OK);
+    editor->cmdAssert->click();
+    EXPECT_EQ(user.calls().last().text,
+              QStringLiteral("This element requires a language to be specified"));
+    editor->lstLang->setCurrentText(QStringLiteral("en"));
+    editor->cmdAssert->click();
+    store::Recordset rs = Process().TermDB.OpenRecordset(
+        QStringLiteral("SELECT * FROM text_values"), store::dbOpenSnapshot);
+    ASSERT_EQ(rs.RecordCount(), 1);
+    EXPECT_EQ(rs.Value(u"value").toString(), QStringLiteral("A note"));
+    EXPECT_TRUE(editor->txtData->text().isEmpty());
+}
+
+} // namespace
 } // namespace lx::test
