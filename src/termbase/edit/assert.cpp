@@ -9,6 +9,8 @@
 
 #include <QDate>
 
+#include <optional>
+
 namespace lx {
 
 using namespace store;
@@ -209,11 +211,38 @@ void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
     result.Written = true;
 }
 
+// The record that a reference names by its value: a file or context record by ref_values, a
+// classification system, concept system or subset record where its value is kept, as text.
+std::optional<qint32> refTarget(const AssertInput &input)
+{
+    const QString record = RefRecordCategory(input.CategoryId);
+    if (record == QLatin1String("x4.2") || record == QLatin1String("x9.2") ||
+        record == QLatin1String("x10.3")) {
+        Recordset rs = Process().TermDB.OpenRecordset(
+            QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values "
+                           "ON elements.elemID = text_values.elemID WHERE categoryID = ") +
+                quoted(record),
+            dbOpenSnapshot);
+        for (; !rs.Eof(); rs.MoveNext()) {
+            if (rs.Value(u"value").toString() == input.Value)
+                return rs.Value(u"elemID").toInt();
+        }
+        return std::nullopt;
+    }
+    Recordset &refs = Process().rsRefValues;
+    refs.SetIndex(QStringLiteral("value"));
+    refs.Seek(u"=", input.Value);
+    std::optional<qint32> target;
+    if (!refs.NoMatch())
+        target = refs.Value(u"elemID").toInt();
+    refs.SetIndex(QStringLiteral("elemID"));
+    return target;
+}
+
 void assertGeneral(TermbaseEditor &editor, const AssertInput &input, bool needsLang,
                    AssertResult &result)
 {
     using Source = AssertInput::Source;
-    ProcessState &p = Process();
     const qint32 element = addElement(editor, input.CategoryId, input.Parent);
     result.Written = true;
     switch (input.From) {
@@ -224,18 +253,14 @@ void assertGeneral(TermbaseEditor &editor, const AssertInput &input, bool needsL
         addRow("picklist_values", {{u"elemID", element}, {u"value", input.Value}});
         break;
     case Source::Refs: {
-        p.rsRefValues.SetIndex(QStringLiteral("value"));
-        p.rsRefValues.Seek(u"=", input.Value);
-        if (p.rsRefValues.NoMatch()) {
+        const std::optional<qint32> target = refTarget(input);
+        if (!target) {
             UI().MsgBox(QStringLiteral("Inconsistency error. Element does not exist. Error Code "
                                        "TB005"),
                         msg::Critical, kErrorTitle);
-            p.rsRefValues.SetIndex(QStringLiteral("elemID"));
             return; // the element stays without its value
         }
-        const qint32 target = p.rsRefValues.Value(u"elemID").toInt();
-        p.rsRefValues.SetIndex(QStringLiteral("elemID"));
-        addRow("pointers", {{u"elemID", element}, {u"targetID", target}});
+        addRow("pointers", {{u"elemID", element}, {u"targetID", *target}});
         break;
     }
     case Source::Date:
