@@ -176,6 +176,8 @@ QString StoredDefinition(const QString &identifier)
     return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
 }
 
+} // namespace
+
 QString PageHead(const QString &identifier)
 {
     return QStringLiteral("<HTML>") + kCrLf + QStringLiteral("<HEAD>") + QStringLiteral("<TITLE>") +
@@ -191,8 +193,6 @@ QString PageTitleBlock(const QString &identifier)
     return GeneratedStamp(QDateTime::currentDateTime()) + kCrLf + QStringLiteral("<CENTER><H3>") +
            HtmlText(identifier) + QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
 }
-
-} // namespace
 
 QString HtmlText(const QString &text)
 {

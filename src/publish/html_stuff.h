@@ -21,6 +21,11 @@ QString HtmlText(const QString &text);
 // The stamp at the head of every page, with `now` as the program shows dates.
 QString GeneratedStamp(const QDateTime &now);
 
+// The first two chunks of every page: the head with `identifier` as its title, then the stamp
+// and the heading.
+QString PageHead(const QString &identifier);
+QString PageTitleBlock(const QString &identifier);
+
 // The top concept of the open ontology and the fixed nodes below it, which get pages without
 // a table of structures. Compared exactly, case counting.
 bool IsFixedTopNode(const QString &identifier);
