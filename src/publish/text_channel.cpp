@@ -42,6 +42,37 @@ QByteArray ToCodePage(QStringView text)
     return bytes;
 }
 
+QString FromCodePage(QByteArrayView bytes)
+{
+    QString text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        text.append(code >= 0x80 && code < 0xA0 ? QChar(kHighCodes[code - 0x80]) : QChar(code));
+    }
+    return text;
+}
+
+QStringList ReadCodePageLines(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        AccessError();
+    const QByteArray bytes = file.readAll();
+    QStringList lines;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] != '\n')
+            continue;
+        const qsizetype end = i > start && bytes[i - 1] == '\r' ? i - 1 : i;
+        lines.append(FromCodePage(QByteArrayView(bytes).sliced(start, end - start)));
+        start = i + 1;
+    }
+    if (start < bytes.size())
+        lines.append(FromCodePage(QByteArrayView(bytes).sliced(start)));
+    return lines;
+}
+
 TextChannel::TextChannel(const QString &path) : m_file(path)
 {
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))

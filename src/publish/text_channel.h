@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 // A text file written line by line in the system's single-byte code page (Windows-1252), as
 // every text file of the program is: each chunk is followed by CR LF, so a chunk that ends in
@@ -12,6 +13,12 @@ namespace lx {
 // The text in Windows-1252. A character the code page doesn't have becomes "?", one for each
 // character (a surrogate pair is one character).
 QByteArray ToCodePage(QStringView text);
+
+// Text in Windows-1252, as the program's text files hold it.
+QString FromCodePage(QByteArrayView bytes);
+// The lines of a text file in the code page: each ends at LF, a CR before it dropped; a last
+// line without its end counts too. StoreError 75 when the file can't be read.
+QStringList ReadCodePageLines(const QString &path);
 
 class TextChannel {
 public:
