@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <exception>
 #include <map>
 #include <sqlite3.h>
 #include <string>
@@ -490,7 +491,11 @@ void Connection::close()
 {
     if (!m_db)
         return;
-    finishPendingReads();
+    try {
+        finishPendingReads(true);
+    } catch (const StoreError &) {
+        // A snapshot whose rest can't be read keeps the rows it has.
+    }
     for (Cached &entry : m_lru)
         sqlite3_finalize(entry.stmt);
     m_cache.clear();
@@ -587,20 +592,32 @@ void Connection::exec(const QString &sql)
 
 void Connection::addPendingRead(PendingRead *read)
 {
-    m_shared->pendingReads.push_back(read);
+    m_shared->pendingReads.push_back({this, read});
 }
 
 void Connection::removePendingRead(PendingRead *read)
 {
-    std::erase(m_shared->pendingReads, read);
+    std::erase_if(m_shared->pendingReads,
+                  [read](const SharedFile::Pending &p) { return p.read == read; });
 }
 
-void Connection::finishPendingReads()
+void Connection::finishPendingReads(bool ownOnly)
 {
     // Each read removes itself when done; a copy keeps the walk safe.
-    const std::vector<PendingRead *> reads = m_shared->pendingReads;
-    for (PendingRead *read : reads)
-        read->readRest();
+    const std::vector<SharedFile::Pending> reads = m_shared->pendingReads;
+    std::exception_ptr failure;
+    for (const SharedFile::Pending &p : reads) {
+        if (ownOnly && p.connection != this)
+            continue;
+        try {
+            p.read->readRest();
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 std::int64_t Connection::lastInsertRowid() const

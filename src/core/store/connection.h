@@ -36,7 +36,11 @@ protected:
 // What every connection of this process to one file shares.
 struct SharedFile {
     std::uint64_t stamp = 1;
-    std::vector<PendingRead *> pendingReads;
+    struct Pending {
+        const Connection *connection;
+        PendingRead *read;
+    };
+    std::vector<Pending> pendingReads;
 };
 
 // A prepared statement borrowed from the connection's cache; reset when it goes out of scope,
@@ -108,10 +112,11 @@ public:
     void noteChange() { ++m_shared->stamp; }
 
     // Cursors still stepping through a statement of this file; each registers until it has read
-    // its last row. Any write to the file and any close lets them all read the rest first.
+    // its last row. Any write to the file lets them all read the rest first; a close, those of
+    // this connection. A failed read ends short; the first failure is thrown after the others.
     void addPendingRead(PendingRead *read);
     void removePendingRead(PendingRead *read);
-    void finishPendingReads();
+    void finishPendingReads(bool ownOnly = false);
 
     std::int64_t lastInsertRowid() const;
 
