@@ -123,8 +123,10 @@ bool MayWrite(sqlite3_stmt *stmt)
 {
     if (!sqlite3_stmt_readonly(stmt))
         return true;
-    const QByteArray text = QByteArray(sqlite3_sql(stmt)).trimmed();
-    return text.left(6).compare("PRAGMA", Qt::CaseInsensitive) == 0;
+    const char *text = sqlite3_sql(stmt);
+    while (text && (*text == ' ' || *text == '\t' || *text == '\n' || *text == '\r'))
+        ++text;
+    return text && qstrnicmp(text, "PRAGMA", 6) == 0;
 }
 
 QString sqliteMessage(sqlite3 *db, int rc)
@@ -524,7 +526,7 @@ Statement Connection::prepare(const QString &sql)
     if (it != m_cache.end() && !it->second->inUse) {
         m_lru.splice(m_lru.begin(), m_lru, it->second);
         Cached &hit = m_lru.front();
-        if (MayWrite(hit.stmt))
+        if (!m_shared->pendingReads.empty() && MayWrite(hit.stmt))
             finishPendingReads();
         hit.inUse = true;
         return Statement(this, hit.stmt, &hit.inUse);
@@ -534,7 +536,7 @@ Statement Connection::prepare(const QString &sql)
                                       &stmt, nullptr);
     if (rc != SQLITE_OK)
         fail(rc);
-    if (MayWrite(stmt)) {
+    if (!m_shared->pendingReads.empty() && MayWrite(stmt)) {
         try {
             finishPendingReads();
         } catch (...) {
@@ -580,7 +582,7 @@ void Connection::exec(const QString &sql)
             fail(prepared);
         if (!stmt) // only blanks or a comment were left
             continue;
-        if (MayWrite(stmt.get()))
+        if (!m_shared->pendingReads.empty() && MayWrite(stmt.get()))
             finishPendingReads();
         int rc = SQLITE_ROW;
         while (rc == SQLITE_ROW)

@@ -1,5 +1,6 @@
 // A snapshot longer than what it copies at its open: its count, its walk, its search and its
 // rows as of the open must be those of a snapshot copied whole.
+#include "core/store/graph.h"
 #include "store_fixture.h"
 
 using namespace lx::store;
@@ -121,6 +122,28 @@ TEST_F(LongSnapshotTest, KeepsItsRowsAsOfTheOpenThroughLaterWrites)
     now.prepend(QStringLiteral("bbb"));
     now.prepend(QStringLiteral("aaa"));
     EXPECT_EQ(column(uncounted, QStringLiteral("Key")), now) << "a requery reads the file anew";
+}
+
+// A walk's read transaction nests in the one the snapshot holds open: ending it must not leave
+// the next write uncommitted.
+TEST_F(LongSnapshotTest, AWalkWhileRowsAreUnreadLeavesTheNextWriteCommitted)
+{
+    addChild(QStringLiteral("key-002"), QStringLiteral("leaf"));
+    Recordset rs = openList();
+    {
+        LinkTable links(db, u"Children", u"Value", u"Parent", Direction::ToChildren);
+        QStringList ends;
+        links.next("KEY-002", [&ends](std::string_view end) {
+            ends << QString::fromUtf8(end.data(), qsizetype(end.size()));
+        });
+        EXPECT_EQ(ends, QStringList{QStringLiteral("leaf")});
+    }
+    addParent(QStringLiteral("aaa"));
+    Database other = DBEngine::OpenDatabase(folder.path(QStringLiteral("t.ont")));
+    Recordset seen = other.OpenRecordset(
+        QStringLiteral("SELECT Key FROM PARENTS WHERE Key = \"aaa\""), dbOpenSnapshot);
+    EXPECT_EQ(seen.RecordCount(), 1);
+    EXPECT_EQ(rs.RecordCount(), expected(false).size());
 }
 
 TEST_F(LongSnapshotTest, KeepsItsRowsWhenTheFileIsClosed)
