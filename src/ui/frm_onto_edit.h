@@ -22,13 +22,14 @@ class QMenu;
 class QPlainTextEdit;
 class QRadioButton;
 class QSplitter;
-class QStringListModel;
 class QTabWidget;
 class QToolBar;
 class QTreeView;
 class QTreeWidget;
 
 namespace lx::ui {
+
+class PagedListModel;
 
 // The ontology editor, the program's main window: concept list on the left, the tabbed view of
 // the current concept on the right. Its handlers are a thin layer over the life cycle and the
@@ -241,8 +242,7 @@ private:
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
     QSplitter *m_splitter = nullptr; // between the concept list and the view
-    QStringListModel *m_listModel = nullptr;
-    ListRows m_listRows;
+    PagedListModel *m_listModel = nullptr;
     bool m_movingList = false; // the program moves the list: not a click
     QString m_listField = QStringLiteral("Concept");
     int m_inheritSortKey = -1; // the column lvwInherit is sorted on, once a head was clicked

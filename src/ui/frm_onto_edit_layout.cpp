@@ -296,7 +296,7 @@ void frmOntoEdit::buildCentre()
     txtCptSearch = Named(new QLineEdit(frmSearch), QStringLiteral("txtCptSearch"));
     txtCptSearch->setClearButtonEnabled(false);
     dblConcepts = Named(new QListView(frmSearch), QStringLiteral("dblConcepts"));
-    m_listModel = new QStringListModel(this);
+    m_listModel = new PagedListModel(this);
     dblConcepts->setModel(m_listModel);
     dblConcepts->setEditTriggers(QAbstractItemView::NoEditTriggers);
     dblConcepts->setUniformItemSizes(true);

@@ -14,7 +14,6 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QScopedValueRollback>
-#include <QStringListModel>
 
 namespace lx::ui {
 
@@ -55,9 +54,8 @@ void frmOntoEdit::connectList()
 
 void frmOntoEdit::ShowConceptList()
 {
-    m_listRows = ReadListRows(rsList, m_listField);
     const QScopedValueRollback moving(m_movingList, true);
-    m_listModel->setStringList(m_listRows.texts);
+    m_listModel->setRows(ListRows(&rsList, m_listField));
 }
 
 QString frmOntoEdit::SelectFirstListRow()
@@ -71,8 +69,8 @@ QString frmOntoEdit::SelectFirstListRow()
 
 void frmOntoEdit::BindConceptList(const QString &field)
 {
-    // A field naming the column already shown shows the same rows: a long list isn't read
-    // twice. No field names the first column.
+    // A field naming the column already shown shows the same rows: the list keeps its pages and
+    // its selection. No field names the first column.
     const auto column = [this](const QString &name) {
         return name.isEmpty() ? rsList.Fields(0).Name() : rsList.Fields(name).Name();
     };
@@ -80,7 +78,7 @@ void frmOntoEdit::BindConceptList(const QString &field)
         field == m_listField ||
         (rsList.isOpen() && column(field).compare(column(m_listField), Qt::CaseInsensitive) == 0);
     m_listField = field;
-    if (sameColumn && m_listRows.texts.size() == m_listModel->rowCount())
+    if (sameColumn && m_listModel->rowCount() == (rsList.isOpen() ? int(rsList.RecordCount()) : 0))
         return;
     const int row = dblConcepts->currentIndex().row();
     ShowConceptList();
@@ -96,15 +94,7 @@ QString frmOntoEdit::ListText() const
 
 void frmOntoEdit::selectListRow(store::Bookmark bookmark)
 {
-    // A snapshot's bookmark is its row number, so the row is found at once as a rule.
-    const std::vector<store::Bookmark> &marks = m_listRows.bookmarks;
-    qsizetype row = -1;
-    if (bookmark >= 0 && size_t(bookmark) < marks.size() && marks[size_t(bookmark)] == bookmark)
-        row = qsizetype(bookmark);
-    for (size_t i = 0; row < 0 && i < marks.size(); ++i) {
-        if (marks[i] == bookmark)
-            row = qsizetype(i);
-    }
+    const qsizetype row = m_listModel->rows().rowOf(bookmark);
     if (row < 0)
         return;
     const QScopedValueRollback moving(m_movingList, true);

@@ -1,5 +1,6 @@
 #include "ui/list_views.h"
 
+#include "core/store/errors.h"
 #include "core/text/collation.h"
 #include "ontology/edit/concept_view.h"
 #include "ui/named.h"
@@ -70,6 +71,29 @@ QStringList Texts(const QListView *list)
 QString CurrentText(const QListView *list)
 {
     return list->currentIndex().data().toString();
+}
+
+void PagedListModel::setRows(ListRows rows)
+{
+    beginResetModel();
+    m_rows = std::move(rows);
+    endResetModel();
+}
+
+int PagedListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(m_rows.size());
+}
+
+QVariant PagedListModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+        return {};
+    try {
+        return m_rows.text(index.row());
+    } catch (const store::StoreError &) {
+        return {}; // a paint can't report a failed read; the row shows empty
+    }
 }
 
 TextTableModel::TextTableModel(QStringList heads, QObject *parent)

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "ontology/store/concept_list.h"
+
+#include <QAbstractListModel>
 #include <QAbstractTableModel>
 #include <QObject>
 #include <QStringList>
@@ -54,6 +57,22 @@ public:
 private:
     QStringList m_heads;
     std::vector<QStringList> m_rows;
+};
+
+// A list over the rows of a recordset that reads a page of them when the view first asks for one
+// of its rows: a view of uniform rows asks only for those it shows.
+class PagedListModel : public QAbstractListModel {
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    void setRows(ListRows rows);
+    ListRows &rows() { return m_rows; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+
+private:
+    mutable ListRows m_rows; // reading a page changes only what is kept, not what is shown
 };
 
 // A table of texts under the given heads, over a TextTableModel of its own.

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <exception>
 #include <map>
 #include <sqlite3.h>
 #include <string>
@@ -102,17 +103,30 @@ void betweenFunction(sqlite3_context *ctx, int, sqlite3_value **argv)
 }
 
 // Connections to the same file share one change stamp, so a cursor notices writes made
-// through another handle of this process.
-std::shared_ptr<std::uint64_t> stampFor(const QString &path)
+// through another handle of this process, and one list of pending reads, so a write through any
+// handle lets every unfinished read of the file end first.
+std::shared_ptr<SharedFile> sharedFileFor(const QString &path)
 {
-    static std::map<QString, std::weak_ptr<std::uint64_t>> stamps;
+    static std::map<QString, std::weak_ptr<SharedFile>> files;
     const QString key = QFileInfo(path).canonicalFilePath();
-    auto &slot = stamps[key];
+    auto &slot = files[key];
     if (auto existing = slot.lock())
         return existing;
-    auto stamp = std::make_shared<std::uint64_t>(1);
-    slot = stamp;
-    return stamp;
+    auto file = std::make_shared<SharedFile>();
+    slot = file;
+    return file;
+}
+
+// Whether a statement may change the file. A pragma may checkpoint or change the journal, which
+// an active read of the same connection would hold back.
+bool MayWrite(sqlite3_stmt *stmt)
+{
+    if (!sqlite3_stmt_readonly(stmt))
+        return true;
+    const char *text = sqlite3_sql(stmt);
+    while (text && (*text == ' ' || *text == '\t' || *text == '\n' || *text == '\r'))
+        ++text;
+    return text && qstrnicmp(text, "PRAGMA", 6) == 0;
 }
 
 QString sqliteMessage(sqlite3 *db, int rc)
@@ -302,7 +316,7 @@ bool Statement::isNull(int column) const
 // ---------------------------------------------------------------------------------------------
 
 Connection::Connection(const QString &path, sqlite3 *db)
-    : m_path(path), m_db(db), m_stamp(stampFor(path))
+    : m_path(path), m_db(db), m_shared(sharedFileFor(path))
 {}
 
 Connection::~Connection()
@@ -479,6 +493,11 @@ void Connection::close()
 {
     if (!m_db)
         return;
+    try {
+        finishPendingReads(true);
+    } catch (const StoreError &) {
+        // A snapshot whose rest can't be read keeps the rows it has.
+    }
     for (Cached &entry : m_lru)
         sqlite3_finalize(entry.stmt);
     m_cache.clear();
@@ -507,6 +526,8 @@ Statement Connection::prepare(const QString &sql)
     if (it != m_cache.end() && !it->second->inUse) {
         m_lru.splice(m_lru.begin(), m_lru, it->second);
         Cached &hit = m_lru.front();
+        if (!m_shared->pendingReads.empty() && MayWrite(hit.stmt))
+            finishPendingReads();
         hit.inUse = true;
         return Statement(this, hit.stmt, &hit.inUse);
     }
@@ -515,6 +536,14 @@ Statement Connection::prepare(const QString &sql)
                                       &stmt, nullptr);
     if (rc != SQLITE_OK)
         fail(rc);
+    if (!m_shared->pendingReads.empty() && MayWrite(stmt)) {
+        try {
+            finishPendingReads();
+        } catch (...) {
+            sqlite3_finalize(stmt);
+            throw;
+        }
+    }
     if (it != m_cache.end()) // the cached one is busy in an enclosing call: use a private copy
         return Statement(this, stmt, nullptr);
     m_lru.push_front(Cached{std::move(key), stmt, true});
@@ -539,14 +568,58 @@ void Connection::evictStatements()
     }
 }
 
+// Statement by statement, so that pending reads end before the first one that writes.
 void Connection::exec(const QString &sql)
 {
     ensureOpen();
-    char *message = nullptr;
-    const int rc = sqlite3_exec(m_db, sql.toUtf8().constData(), nullptr, nullptr, &message);
-    sqlite3_free(message);
-    if (rc != SQLITE_OK)
-        fail(rc);
+    const QByteArray text = sql.toUtf8();
+    const char *tail = text.constData();
+    while (tail && *tail) {
+        sqlite3_stmt *raw = nullptr;
+        const int prepared = sqlite3_prepare_v2(m_db, tail, -1, &raw, &tail);
+        const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt *)> stmt(raw, sqlite3_finalize);
+        if (prepared != SQLITE_OK)
+            fail(prepared);
+        if (!stmt) // only blanks or a comment were left
+            continue;
+        if (!m_shared->pendingReads.empty() && MayWrite(stmt.get()))
+            finishPendingReads();
+        int rc = SQLITE_ROW;
+        while (rc == SQLITE_ROW)
+            rc = sqlite3_step(stmt.get());
+        if (rc != SQLITE_DONE)
+            fail(rc);
+    }
+}
+
+void Connection::addPendingRead(PendingRead *read)
+{
+    m_shared->pendingReads.push_back({this, read});
+}
+
+void Connection::removePendingRead(PendingRead *read)
+{
+    std::erase_if(m_shared->pendingReads,
+                  [read](const SharedFile::Pending &p) { return p.read == read; });
+}
+
+void Connection::finishPendingReads(bool ownOnly)
+{
+    // Each read removes itself when done; a copy keeps the walk safe.
+    const std::vector<SharedFile::Pending> reads = m_shared->pendingReads;
+    std::exception_ptr failure;
+    for (const SharedFile::Pending &p : reads) {
+        if (ownOnly && p.connection != this)
+            continue;
+        try {
+            p.read->readRest();
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 std::int64_t Connection::lastInsertRowid() const

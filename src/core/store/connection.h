@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -20,6 +21,27 @@ struct sqlite3_stmt;
 namespace lx::store::detail {
 
 class Connection;
+
+// A cursor part way through a statement of a file. Before the file is written, or the
+// connection closed, it reads the rest of its rows, so it keeps them as they were when it was
+// opened and no statement is left active under a write.
+class PendingRead {
+public:
+    virtual void readRest() = 0;
+
+protected:
+    ~PendingRead() = default;
+};
+
+// What every connection of this process to one file shares.
+struct SharedFile {
+    std::uint64_t stamp = 1;
+    struct Pending {
+        const Connection *connection;
+        PendingRead *read;
+    };
+    std::vector<Pending> pendingReads;
+};
 
 // A prepared statement borrowed from the connection's cache; reset when it goes out of scope,
 // so no statement stays active between calls into the store (an active read would hold back
@@ -86,8 +108,15 @@ public:
     sql::TableLookup tableLookup();
 
     // Changes to the file through any connection of this process.
-    std::uint64_t changeStamp() const { return *m_stamp; }
-    void noteChange() { ++*m_stamp; }
+    std::uint64_t changeStamp() const { return m_shared->stamp; }
+    void noteChange() { ++m_shared->stamp; }
+
+    // Cursors still stepping through a statement of this file; each registers until it has read
+    // its last row. Any write to the file lets them all read the rest first; a close, those of
+    // this connection. A failed read ends short; the first failure is thrown after the others.
+    void addPendingRead(PendingRead *read);
+    void removePendingRead(PendingRead *read);
+    void finishPendingReads(bool ownOnly = false);
 
     std::int64_t lastInsertRowid() const;
 
@@ -108,7 +137,7 @@ private:
     bool m_readOnly = false;
     Catalog m_catalog;
     std::vector<sql::CatalogTable> m_queryTables;
-    std::shared_ptr<std::uint64_t> m_stamp;
+    std::shared_ptr<SharedFile> m_shared;
     void evictStatements();
 
     struct Cached {

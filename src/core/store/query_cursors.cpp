@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <unordered_map>
 
 namespace lx::store::detail {
@@ -91,8 +92,11 @@ protected:
     std::vector<TableDef> m_defs;
 };
 
-// A snapshot is a copy of the rows taken at open (and at Requery).
-class SnapshotCursor final : public QueryCursor {
+// A snapshot is a copy of the rows taken at open (and at Requery). A long one copies its rows as
+// they are asked for: its statement stays open, in the read transaction that began at the open,
+// until the last row is read or the file is about to be written (then it reads the rest at
+// once). Its count comes from the store while rows are still unread.
+class SnapshotCursor final : public QueryCursor, private PendingRead {
 public:
     SnapshotCursor(std::shared_ptr<Connection> c, sql::CompiledQuery query, int reportedType)
         : QueryCursor(std::move(c), std::move(query)), m_type(reportedType),
@@ -100,18 +104,32 @@ public:
     {
         load();
     }
+    ~SnapshotCursor() override { stopReading(); }
+    SnapshotCursor(const SnapshotCursor &) = delete;
+    SnapshotCursor &operator=(const SnapshotCursor &) = delete;
 
     int type() const override { return m_type; }
     bool updatable() const override { return false; }
-    long recordCount() override { return long(m_rows.size()); }
+    long recordCount() override
+    {
+        if (!m_reading)
+            return long(m_rows.size());
+        if (m_count < 0)
+            m_count = countRows();
+        return m_count;
+    }
 
     void moveFirst() override { moveTo(0); }
-    void moveLast() override { moveTo(long(m_rows.size()) - 1); }
+    void moveLast() override
+    {
+        readRest();
+        moveTo(long(m_rows.size()) - 1);
+    }
     void moveNext() override
     {
         if (m_eof)
             noCurrentRecord();
-        if (++m_pos >= long(m_rows.size())) {
+        if (!have(size_t(++m_pos) + 1)) {
             m_pos = long(m_rows.size());
             m_eof = true;
         } else {
@@ -145,6 +163,8 @@ public:
     }
     void setBookmark(Bookmark b) override { moveTo(long(b)); }
 
+    // Rows already copied first, then the unread ones one by one: the search reads no further
+    // than its match.
     void findFirst(const QString &criteria, bool fromCurrent) override
     {
         const sql::Predicate match = sql::CompileCriteria(
@@ -154,14 +174,16 @@ public:
                     return std::nullopt;
                 return sql::ColumnSlot{*i, FieldType(m_columns[size_t(*i)].type)};
             });
-        const size_t n = m_rows.size();
-        for (size_t i = fromCurrent ? size_t(m_pos + 1) : 0; i < n; ++i) {
-            if (match(m_rows.row(i))) {
-                m_noMatch = false;
-                moveTo(long(i));
-                return;
+        size_t i = fromCurrent ? size_t(m_pos + 1) : 0;
+        do {
+            for (const size_t n = m_rows.size(); i < n; ++i) {
+                if (match(m_rows.row(i))) {
+                    m_noMatch = false;
+                    moveTo(long(i));
+                    return;
+                }
             }
-        }
+        } while (have(i + 1));
         m_noMatch = true;
     }
 
@@ -173,24 +195,72 @@ protected:
     void afterDelete() override {}
 
 private:
+    // Rows copied at the open; a snapshot no longer than this reads all of them at once.
+    static constexpr size_t kFirstRows = 256;
+
     void load()
     {
-        Connection &c = connection();
-        // The statement gives the rowids first (Null under DISTINCT), then the columns.
-        const int skip = int(m_sources.size());
-        Statement s = c.prepare(m_query.sql);
+        stopReading();
         m_rows.reset(int(m_columns.size()));
-        const int width = int(m_columns.size());
-        while (s.step())
-            for (int col = 0; col < width; ++col)
-                m_rows.append(s.cell(skip + col));
+        m_count = -1;
+        m_statement.emplace(connection().prepare(m_query.sql));
+        m_reading = true;
+        connection().addPendingRead(this);
+        have(kFirstRows);
         m_pos = 0;
         m_eof = m_bof = m_rows.empty();
     }
 
+    // Whether the snapshot has `rows` rows, reading on until it does or has none left.
+    bool have(size_t rows)
+    {
+        if (m_rows.size() >= rows)
+            return true;
+        // The statement gives the rowids first (Null under DISTINCT), then the columns.
+        const int skip = int(m_sources.size());
+        const int width = int(m_columns.size());
+        try {
+            while (m_reading && m_rows.size() < rows) {
+                if (!m_statement->step()) {
+                    stopReading();
+                    break;
+                }
+                for (int col = 0; col < width; ++col)
+                    m_rows.append(m_statement->cell(skip + col));
+            }
+        } catch (...) {
+            stopReading();
+            throw;
+        }
+        return m_rows.size() >= rows;
+    }
+
+    void readRest() override { have(SIZE_MAX); }
+
+    void stopReading()
+    {
+        if (!m_reading)
+            return;
+        m_reading = false;
+        m_statement.reset();
+        m_connection->removePendingRead(this);
+    }
+
+    // The count of the rows as of the open: the statement's read transaction is still open, so
+    // the store counts the same rows without their being copied.
+    long countRows()
+    {
+        const bool plain = !m_query.distinct && m_query.groupBySql.isEmpty();
+        const QString text =
+            plain ? QStringLiteral("SELECT count(*) ") + m_query.fromSql + whereClause()
+                  : QStringLiteral("SELECT count(*) FROM (") + m_query.sql + QLatin1Char(')');
+        Statement s = connection().prepare(text);
+        return s.step() ? long(s.integer(0)) : 0;
+    }
+
     void moveTo(long pos)
     {
-        if (pos < 0 || pos >= long(m_rows.size()))
+        if (pos < 0 || !have(size_t(pos) + 1))
             noCurrentRecord();
         m_pos = pos;
         m_eof = m_bof = false;
@@ -198,6 +268,9 @@ private:
 
     int m_type;
     RowStore m_rows;
+    std::optional<Statement> m_statement;
+    bool m_reading = false;
+    long m_count = -1;
     long m_pos = 0;
 };
 

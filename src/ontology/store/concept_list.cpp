@@ -37,11 +37,9 @@ qint32 CountConcepts()
 void InitRSListConcepts(OntologyEditor &editor)
 {
     ProcessState &p = Process();
+    // The snapshot's count is exact without a MoveLast: the store counts the rows not yet read,
+    // and the list reads only the rows it shows.
     editor.rsList = p.OntoDB.OpenRecordset(ConceptListQuery(p.OntoMeta), dbOpenSnapshot);
-    if (editor.rsList.RecordCount() > 0) {
-        editor.rsList.MoveLast(); // so that the count is exact
-        editor.rsList.MoveFirst();
-    }
     editor.ShowConceptList();
     editor.ListedConcepts = qint32(editor.rsList.RecordCount());
     if (editor.ListedConcepts < 1) {
@@ -54,22 +52,46 @@ void InitRSListConcepts(OntologyEditor &editor)
     editor.LoadConceptView();
 }
 
-ListRows ReadListRows(Recordset &rs, const QString &field)
+ListRows::ListRows(Recordset *rs, const QString &field) : m_rs(rs)
 {
-    ListRows rows;
-    if (!rs.isOpen() || rs.RecordCount() < 1)
-        return rows;
-    const auto count = qsizetype(rs.RecordCount());
-    rows.texts.reserve(count);
-    rows.bookmarks.reserve(size_t(count));
-    const FieldRef source = field.isEmpty() ? rs.Fields(0) : rs.Fields(field);
-    for (rs.MoveFirst(); !rs.Eof(); rs.MoveNext()) {
+    if (!rs || !rs->isOpen())
+        return;
+    m_field = field.isEmpty() ? rs->Fields(0).Name() : rs->Fields(field).Name();
+    m_count = qsizetype(rs->RecordCount());
+}
+
+QString ListRows::text(qsizetype row)
+{
+    if (row < 0 || row >= m_count)
+        return {};
+    const QStringList &rows = page(row / kPageRows);
+    const qsizetype at = row % kPageRows;
+    return at < rows.size() ? rows[at] : QString();
+}
+
+qsizetype ListRows::rowOf(Bookmark bookmark) const
+{
+    return bookmark >= 0 && bookmark < m_count ? qsizetype(bookmark) : -1;
+}
+
+const QStringList &ListRows::page(qsizetype index)
+{
+    if (const auto it = m_pages.find(index); it != m_pages.end())
+        return it->second;
+    QStringList rows;
+    Recordset &rs = *m_rs;
+    const std::optional<Bookmark> kept =
+        rs.Eof() || rs.Bof() ? std::nullopt : std::optional(rs.GetBookmark());
+    rows.reserve(kPageRows);
+    const FieldRef source = rs.Fields(m_field);
+    rs.SetBookmark(index * kPageRows);
+    for (; rows.size() < kPageRows && !rs.Eof(); rs.MoveNext()) {
         const QVariant value = source.Value();
-        rows.texts.append(value.isNull() ? QString() : value.toString());
-        rows.bookmarks.push_back(rs.GetBookmark());
+        rows.append(value.isNull() ? QString() : value.toString());
     }
-    rs.MoveFirst();
-    return rows;
+    if (kept)
+        rs.SetBookmark(*kept);
+    return m_pages.emplace(index, std::move(rows)).first->second;
 }
 
 std::optional<Bookmark> FindConceptByPrefix(Recordset &rs, const QString &prefix)

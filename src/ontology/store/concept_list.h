@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 // The concept list of the ontology editor: the recordset behind it, its counts and its search,
@@ -25,16 +26,33 @@ qint32 CountConcepts();
 // no rows the view is cleared and CurrentConcept falls back to the top concept.
 void InitRSListConcepts(OntologyEditor &editor);
 
-// The rows of a list over a recordset: the texts shown and, row for row, the bookmarks to find
-// them again.
-struct ListRows {
-    QStringList texts;
-    std::vector<store::Bookmark> bookmarks;
-};
+// The rows of a list over a recordset, read a page at a time as they are asked for, so that a
+// list of a whole ontology costs what is shown of it. The recordset must have bookmarks that
+// are row positions, as a snapshot's are; reading a page leaves it on the row it was on.
+class ListRows {
+public:
+    static constexpr qsizetype kPageRows = 256;
 
-// The rows of `rs` in order, from `field` (the first field when empty, as an unbound list
-// shows); `rs` is left on its first row.
-ListRows ReadListRows(store::Recordset &rs, const QString &field);
+    ListRows() = default;
+    // Over `rs`, from `field` (the first field when empty, as an unbound list shows); no rows
+    // when `rs` is null or closed. Reads no row: the count is the recordset's.
+    ListRows(store::Recordset *rs, const QString &field);
+
+    qsizetype size() const { return m_count; }
+    QString text(qsizetype row);
+    // The row that a bookmark of the recordset stands for; -1 for none.
+    qsizetype rowOf(store::Bookmark bookmark) const;
+    // Pages read so far.
+    qsizetype pagesRead() const { return qsizetype(m_pages.size()); }
+
+private:
+    const QStringList &page(qsizetype index);
+
+    store::Recordset *m_rs = nullptr;
+    QString m_field;
+    qsizetype m_count = 0;
+    std::unordered_map<qsizetype, QStringList> m_pages;
+};
 
 // The first row, in list order, whose identifier starts with `prefix`; rs is left on it.
 std::optional<store::Bookmark> FindConceptByPrefix(store::Recordset &rs, const QString &prefix);
