@@ -1,0 +1,320 @@
+// lexarbor-cli: the ontology's batch work from a console, with the program's own logic and no
+// window. Messages go to stderr; the exit status says whether the command did its work.
+#include "cli/console_interaction.h"
+#include "core/process.h"
+#include "core/program.h"
+#include "core/store/errors.h"
+#include "ontology/edit/concept_view.h"
+#include "ontology/edit/inheritance.h"
+#include "ontology/exchange/export.h"
+#include "ontology/exchange/import.h"
+#include "ontology/store/lifecycle.h"
+#include "ontology/store/lookups.h"
+#include "ontology/store/onto_editor.h"
+#include "ontology/store/seed.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <unistd.h>
+
+using namespace lx;
+
+namespace {
+
+constexpr int Failure = 1;
+constexpr int Usage = 2;
+
+const char *const kUsage =
+    "usage: lexarbor-cli COMMAND [ARGS]\n"
+    "  new FILE.ont                          a new ontology from the seed\n"
+    "  import FILE.ont EXPORT.oxp [--log F]  read an export file into the ontology\n"
+    "  export FILE.ont OUT.oxp [--as-entered] [ID...]\n"
+    "                                        all concepts (alphabetical) or those named\n"
+    "  publish FILE.ont [DIR]                the whole ontology as pages\n"
+    "  walk FILE.ont parents|children|ancestors|descendants ID\n"
+    "  inherit FILE.ont ID [--exclusive]     the inherited slots of a concept\n"
+    "Each command takes --help; --yes answers the program's questions with yes.\n";
+
+// A new ontology takes its name from its file.
+class ConsoleEditor : public WindowlessEditor {
+public:
+    PropertiesTexts ShowProperties(const PropertiesTexts &texts) override
+    {
+        PropertiesTexts named = texts;
+        if (named.Name.isEmpty())
+            named.Name = QFileInfo(Process().OntoPath).completeBaseName();
+        return named;
+    }
+};
+
+int Fail(const QString &message)
+{
+    std::fprintf(stderr, "lexarbor-cli: %s\n", qUtf8Printable(message));
+    return Failure;
+}
+
+void Print(const QString &line)
+{
+    std::fprintf(stdout, "%s\n", qUtf8Printable(line));
+}
+
+// A progress line on stderr while a long run goes on, when stderr is a terminal.
+void Progress(const QString &what, int done, int total)
+{
+    if (!isatty(fileno(stderr)) || total <= 0)
+        return;
+    const int width = 30;
+    const int filled = int(qint64(done) * width / total);
+    std::fprintf(stderr, "\r%s [%s%s] %d/%d", qUtf8Printable(what),
+                 std::string(size_t(filled), '#').c_str(),
+                 std::string(size_t(width - filled), ' ').c_str(), done, total);
+    if (done >= total)
+        std::fprintf(stderr, "\n");
+}
+
+struct Arguments {
+    QStringList plain;
+    QStringList flags;
+    QString log;
+
+    bool has(const char *flag) const { return flags.contains(QLatin1String(flag)); }
+};
+
+Arguments Parse(const QStringList &args)
+{
+    Arguments parsed;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString &arg = args[i];
+        if (arg == QLatin1String("--log") && i + 1 < args.size())
+            parsed.log = args[++i];
+        else if (arg.startsWith(QLatin1String("--")))
+            parsed.flags << arg;
+        else
+            parsed.plain << arg;
+    }
+    return parsed;
+}
+
+// Opens FILE.ont as the program's one ontology; false, having said why, when it can't.
+bool Open(ConsoleEditor &editor, cli::ConsoleInteraction &ui, const QString &path)
+{
+    if (!QFileInfo::exists(path)) {
+        Fail(QStringLiteral("no such file: ") + path);
+        return false;
+    }
+    Process().OntoPath = QFileInfo(path).absoluteFilePath();
+    const int before = ui.Messages;
+    OpenOntology(editor, Process().OntoPath);
+    if (Process().OntoPath.isEmpty() || ui.Messages > before) {
+        Fail(QStringLiteral("cannot open ") + path);
+        return false;
+    }
+    return true;
+}
+
+void Close(ConsoleEditor &editor)
+{
+    if (!Process().OntoPath.isEmpty())
+        CloseOntology(editor, Process().OntoPath);
+}
+
+QStringList AllConcepts(bool asEntered)
+{
+    QStringList ids;
+    store::Recordset rs = Process().OntoDB.OpenRecordset(
+        asEntered ? QStringLiteral("CONCEPTS")
+                  : QStringLiteral("SELECT Concept FROM CONCEPTS ORDER BY Concept"),
+        asEntered ? store::dbOpenTable : store::dbOpenSnapshot);
+    for (; !rs.Eof(); rs.MoveNext())
+        ids << rs.Value(u"Concept").toString();
+    return ids;
+}
+
+int New(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 1)
+        return Usage;
+    ConsoleEditor editor;
+    ui.SavePath = QFileInfo(a.plain[0]).absoluteFilePath();
+    if (QFileInfo::exists(*ui.SavePath))
+        return Fail(QStringLiteral("the file exists already: ") + a.plain[0]);
+    NewOntology(editor);
+    const bool made = !Process().OntoPath.isEmpty();
+    Close(editor);
+    return made ? 0 : Fail(QStringLiteral("no ontology was made"));
+}
+
+int Import(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    OntologyImport import;
+    import.FileName = a.plain[1];
+    const auto progress = [](const QString &status, int line, int lines) {
+        if (!status.isEmpty())
+            Progress(status, line, lines);
+    };
+    QString log;
+    try {
+        log = import.CheckFile(progress);
+        if (import.ImportEnabled)
+            log += import.Import(progress);
+    } catch (const store::StoreError &error) {
+        Close(editor);
+        return Fail(error.description());
+    }
+    Close(editor);
+    if (!a.log.isEmpty()) {
+        QFile file(a.log);
+        if (!file.open(QIODevice::WriteOnly))
+            return Fail(QStringLiteral("cannot write the log to ") + a.log);
+        file.write(log.toUtf8() + "\r\n");
+    } else {
+        std::fprintf(stdout, "%s\n", qUtf8Printable(log));
+    }
+    return import.ImportEnabled ? 0 : Fail(QStringLiteral("nothing to import"));
+}
+
+int Export(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() < 2)
+        return Usage;
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    const QStringList named = a.plain.mid(2);
+    const QStringList ids = named.isEmpty() ? AllConcepts(a.has("--as-entered")) : named;
+    for (const QString &id : named) {
+        if (!ConceptExists(id)) {
+            Close(editor);
+            return Fail(QStringLiteral("no such concept: ") + id);
+        }
+    }
+    try {
+        QFile::remove(a.plain[1]);
+        WriteExportFile(a.plain[1], ids, [&ids](int done) {
+            if (done % 500 == 0 || done == int(ids.size()))
+                Progress(QStringLiteral("Exporting"), done, int(ids.size()));
+        });
+    } catch (const store::StoreError &error) {
+        Close(editor);
+        return Fail(error.description());
+    }
+    Close(editor);
+    return 0;
+}
+
+int Walk(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 3)
+        return Usage;
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    const QString &how = a.plain[1];
+    const QString &id = a.plain[2];
+    if (!ConceptExists(id)) {
+        Close(editor);
+        return Fail(QStringLiteral("no such concept: ") + id);
+    }
+    QStringList found;
+    if (how == QLatin1String("parents"))
+        found = ReadParents(id);
+    else if (how == QLatin1String("children"))
+        GetChildren(id, found);
+    else if (how == QLatin1String("ancestors"))
+        GetAncestors(id, found);
+    else if (how == QLatin1String("descendants"))
+        GetDescendants(id, found);
+    else {
+        Close(editor);
+        return Usage;
+    }
+    for (const QString &line : std::as_const(found))
+        Print(line);
+    Close(editor);
+    return 0;
+}
+
+int Inherit(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    const QString &id = a.plain[1];
+    if (!ConceptExists(id)) {
+        Close(editor);
+        return Fail(QStringLiteral("no such concept: ") + id);
+    }
+    ComputeInheritance(id, a.has("--exclusive") ? kExclusive : kCumulative, kIncludeAll);
+    for (const InheritRow &row : InheritRows())
+        Print(row.Attr + QLatin1Char('\t') + row.Value + QLatin1Char('\t') + row.From);
+    Close(editor);
+    return 0;
+}
+
+int Publish(const Arguments &a, cli::ConsoleInteraction &)
+{
+    if (a.plain.isEmpty())
+        return Usage;
+    return Fail(QStringLiteral("publishing a whole ontology is not available yet"));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("lexarbor-cli"));
+    QCoreApplication::setApplicationVersion(ProgramVersion());
+    KeepLargeBuffersInHeap();
+    QStringList args = QCoreApplication::arguments().mid(1);
+    if (args.isEmpty() || args[0] == QLatin1String("--help") || args[0] == QLatin1String("-h")) {
+        std::fputs(kUsage, args.isEmpty() ? stderr : stdout);
+        return args.isEmpty() ? Usage : 0;
+    }
+    if (args[0] == QLatin1String("--version")) {
+        Print(ProgramName() + QLatin1Char(' ') + ProgramVersion());
+        return 0;
+    }
+    const QString command = args.takeFirst();
+    const std::map<QString, std::function<int(const Arguments &, cli::ConsoleInteraction &)>>
+        commands{{QStringLiteral("new"), New},       {QStringLiteral("import"), Import},
+                 {QStringLiteral("export"), Export}, {QStringLiteral("publish"), Publish},
+                 {QStringLiteral("walk"), Walk},     {QStringLiteral("inherit"), Inherit}};
+    const auto found = commands.find(command);
+    if (found == commands.end()) {
+        std::fputs(kUsage, stderr);
+        return Usage;
+    }
+    const Arguments parsed = Parse(args);
+    if (parsed.has("--help")) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    cli::ConsoleInteraction ui;
+    ui.AnswerYes = parsed.has("--yes");
+    const InteractionScope scope(ui);
+    Process().Quote = QStringLiteral("\"");
+    EnsureProgramFolders();
+    EnsureSeedFile();
+    try {
+        const int rc = found->second(parsed, ui);
+        if (rc == Usage)
+            std::fputs(kUsage, stderr);
+        return rc;
+    } catch (const store::StoreError &error) {
+        return Fail(QString::number(error.number()) + QLatin1Char(' ') + error.description());
+    }
+}

@@ -1,0 +1,85 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+// The command line tool run in a folder of its own, as its own program home.
+class CliTest : public ::testing::Test {
+protected:
+    Outcome run(const QStringList &args)
+    {
+        QProcess process;
+        process.setWorkingDirectory(dir.path());
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("LEXARBOR_HOME"), dir.path());
+        process.setProcessEnvironment(env);
+        process.start(QStringLiteral(LEXARBOR_CLI), args);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+    QString path(const QString &name) const { return dir.filePath(name); }
+
+    QTemporaryDir dir;
+};
+
+TEST_F(CliTest, NewWalkExportImportAndInheritGoRoundTheSameFile)
+{
+    ASSERT_EQ(run({"new", path("a.ont")}).status, 0);
+    EXPECT_NE(run({"new", path("a.ont")}).status, 0); // there already
+
+    const Outcome children = run({"walk", path("a.ont"), "children", "RELATION"});
+    EXPECT_EQ(children.status, 0);
+    EXPECT_TRUE(children.out.split(u'\n').contains(QStringLiteral("ASSOCIATIVE-RELATION")));
+
+    ASSERT_EQ(run({"export", path("a.ont"), path("all.oxp")}).status, 0);
+    QFile all(path("all.oxp"));
+    ASSERT_TRUE(all.open(QIODevice::ReadOnly));
+    const QByteArray bytes = all.readAll();
+    EXPECT_TRUE(bytes.startsWith("("));
+    EXPECT_TRUE(bytes.endsWith(")\r\n"));
+    ASSERT_EQ(run({"export", path("a.ont"), path("one.oxp"), "RELATION"}).status, 0);
+    QFile one(path("one.oxp"));
+    ASSERT_TRUE(one.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(one.readAll().startsWith("(RELATION IS-A VALUE "));
+
+    ASSERT_EQ(run({"new", path("b.ont")}).status, 0);
+    const Outcome import = run({"import", path("b.ont"), path("all.oxp"), "--log", path("log.txt")});
+    EXPECT_EQ(import.status, 0) << import.err.toStdString();
+    QFile log(path("log.txt"));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("IMPORT LOG:"));
+
+    const Outcome inherit = run({"inherit", path("a.ont"), "PRECEDES"});
+    EXPECT_EQ(inherit.status, 0);
+    EXPECT_TRUE(inherit.out.contains(QStringLiteral("\t")));
+}
+
+TEST_F(CliTest, FailuresSayWhyInOneLineAndExitNonZero)
+{
+    ASSERT_EQ(run({"new", path("a.ont")}).status, 0);
+    const Outcome missing = run({"walk", path("a.ont"), "parents", "NOPE"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.err, QStringLiteral("lexarbor-cli: no such concept: NOPE\n"));
+    EXPECT_EQ(run({"walk", path("none.ont"), "parents", "X"}).status, 1);
+    EXPECT_EQ(run({"bogus"}).status, 2);
+    EXPECT_EQ(run({}).status, 2);
+    EXPECT_EQ(run({"export", "--help"}).status, 0);
+    QFile junk(path("junk.ont"));
+    ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+    junk.write("this is no ontology");
+    junk.close();
+    EXPECT_EQ(run({"walk", path("junk.ont"), "parents", "X"}).status, 1);
+}
+
+} // namespace
