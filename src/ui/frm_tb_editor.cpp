@@ -3,6 +3,7 @@
 #include "core/command.h"
 #include "core/interaction.h"
 #include "core/process.h"
+#include "termbase/edit/categories.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
@@ -73,6 +74,7 @@ frmTBEDitor::frmTBEDitor()
     buildMenus();
     buildToolBar();
     buildCentre();
+    buildElementTree();
     for (int i = 0; i < 3; ++i) {
         auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);
@@ -269,11 +271,14 @@ void frmTBEDitor::ClearTermbaseView()
     fraEdit->hide();
 }
 
-// The category pane and the element tree come with their own logic; until then the trees are
-// shown empty.
+// The category pane comes with its own logic; until then it is shown empty.
 void frmTBEDitor::LoadTermbaseView()
 {
     Tree1->show();
+    LoadCategoryTable(); // the root's text is a category name
+    LoadRootNode();
+    Tree1->setCurrentItem(Tree1->topLevelItem(0));
+    Tree1_NodeClick(Tree1->topLevelItem(0));
 }
 
 void frmTBEDitor::ReloadCategoryNames() {}

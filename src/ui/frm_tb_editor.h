@@ -15,6 +15,7 @@ class QMenu;
 class QSplitter;
 class QToolBar;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace lx::ui {
 
@@ -67,6 +68,28 @@ public:
     // place is kept for the next run.
     void Form_Unload() override;
 
+    // The element tree (frm_tb_editor_tree.cpp).
+    bool CrossRefPicking = false; // a cross-reference waits for its target
+    qint32 CrossRefSource = 0;    // the element it starts from
+    void LoadRootNode();
+    void ExpandElementNode(QTreeWidgetItem *node);
+    void ReturnToElement();
+    void GoToElement(qint32 elemId);
+    void SetElementToolbar();
+    // What a click on an element starts, CurrentElemID and CurrentCategory being set.
+    void ElementClicked();
+    void Tree1_Expand(QTreeWidgetItem *node);
+    void Tree1_Collapse(QTreeWidgetItem *node);
+    void Tree1_NodeClick(QTreeWidgetItem *node);
+    void Tree1_MouseUp(Qt::MouseButton button);
+    void mnuElemGoTo_Click();
+    // A node's key ("n1", "n 3", "n2.1"), its kind (the image key) and its element's category.
+    static QString NodeKey(const QTreeWidgetItem *node);
+    static QString NodeKind(const QTreeWidgetItem *node);
+    static QString NodeCategory(const QTreeWidgetItem *node);
+    QMenu *mnuElem;
+    QAction *mnuElemDelete, *mnuElemModify, *mnuElemSep1, *mnuElemGoTo;
+
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
         *mnuFileExit;
@@ -89,6 +112,7 @@ private:
     void buildMenus();
     void buildToolBar();
     void buildCentre();
+    void buildElementTree();
     void setEditorCommands(bool enabled, int lastButton);
 
     QList<QAction *> m_places;
