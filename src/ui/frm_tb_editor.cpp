@@ -238,6 +238,8 @@ void frmTBEDitor::DisableEditor()
 void frmTBEDitor::EnableEditor()
 {
     setEditorCommands(true, 14);
+    if (Tree1->topLevelItemCount() > 0)
+        SetElementToolbar(); // the element buttons follow the selected node
 }
 
 void frmTBEDitor::ShowCategoryPane(bool asList)
