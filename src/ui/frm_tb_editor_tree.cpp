@@ -26,8 +26,6 @@ namespace lx::ui {
 
 namespace {
 
-enum NodeRole { KeyRole = Qt::UserRole, KindRole, CategoryRole, SortsRole };
-
 const QString BodyText = QStringLiteral("body");
 
 // Drawing an image costs far more than a node: each kind is drawn once.
@@ -40,15 +38,35 @@ const QIcon &KindIcon(const QString &kind)
     return *found;
 }
 
-QTreeWidgetItem *MakeNode(const QString &key, const QString &kind, const QString &text,
-                          const QString &category)
+// A node of an element: its number, kind and category kept beside the text, the image got from
+// the kind. A branch may hold a hundred thousand of them, so nothing more is stored per node.
+class ElementItem : public QTreeWidgetItem {
+public:
+    static constexpr int Type = QTreeWidgetItem::UserType + 1;
+
+    ElementItem(qint32 elemId, const QString &kind, const QString &text, const QString &category)
+        : QTreeWidgetItem(Type), ElemID(elemId), Kind(kind), Category(category)
+    {
+        setText(0, text);
+    }
+
+    QVariant data(int column, int role) const override
+    {
+        if (column == 0 && role == Qt::DecorationRole)
+            return KindIcon(Kind);
+        return QTreeWidgetItem::data(column, role);
+    }
+
+    const qint32 ElemID;
+    const QString Kind;
+    const QString Category;
+    bool SortsChildren = false; // "body": its entries stand in the order of their concepts
+};
+
+const ElementItem *AsElement(const QTreeWidgetItem *node)
 {
-    auto *node = new QTreeWidgetItem(QStringList{text});
-    node->setData(0, KeyRole, key);
-    node->setData(0, KindRole, kind);
-    node->setData(0, CategoryRole, category);
-    node->setIcon(0, KindIcon(kind));
-    return node;
+    return node && node->type() == ElementItem::Type ? static_cast<const ElementItem *>(node)
+                                                     : nullptr;
 }
 
 void AddPlaceholder(QTreeWidgetItem *node)
@@ -58,7 +76,7 @@ void AddPlaceholder(QTreeWidgetItem *node)
 
 bool IsPlaceholder(const QTreeWidgetItem *node)
 {
-    return node && node->data(0, KeyRole).isNull() && node->text(0) == PlaceholderText;
+    return node && !AsElement(node) && node->text(0) == PlaceholderText;
 }
 
 QTreeWidgetItem *ChildWithKey(QTreeWidgetItem *node, const QString &key)
@@ -106,19 +124,24 @@ private:
 
 } // namespace
 
+// Nodes of other trees (the category pane) carry their key as data.
 QString frmTBEDitor::NodeKey(const QTreeWidgetItem *node)
 {
-    return node ? node->data(0, KeyRole).toString() : QString();
+    if (const ElementItem *element = AsElement(node))
+        return ElementKey(element->ElemID);
+    return node ? node->data(0, Qt::UserRole).toString() : QString();
 }
 
 QString frmTBEDitor::NodeKind(const QTreeWidgetItem *node)
 {
-    return node ? node->data(0, KindRole).toString() : QString();
+    const ElementItem *element = AsElement(node);
+    return element ? element->Kind : QString();
 }
 
 QString frmTBEDitor::NodeCategory(const QTreeWidgetItem *node)
 {
-    return node ? node->data(0, CategoryRole).toString() : QString();
+    const ElementItem *element = AsElement(node);
+    return element ? element->Category : QString();
 }
 
 void frmTBEDitor::buildElementTree()
@@ -154,8 +177,8 @@ void frmTBEDitor::buildElementTree()
 void frmTBEDitor::LoadRootNode()
 {
     Tree1->clear();
-    QTreeWidgetItem *root =
-        MakeNode(ElementKey(1), RootKind, CategoryName(QStringLiteral("0")), QStringLiteral("0"));
+    auto *root =
+        new ElementItem(1, RootKind, CategoryName(QStringLiteral("0")), QStringLiteral("0"));
     AddPlaceholder(root);
     Tree1->addTopLevelItem(root);
 }
@@ -164,7 +187,8 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
 {
     QList<ElementNode> children =
         ReadElementChildren(KeyElement(NodeKey(node)), NodeKind(node) == RootKind);
-    if (node->data(0, SortsRole).toBool()) {
+    const ElementItem *parent = AsElement(node);
+    if (parent && parent->SortsChildren) {
         std::stable_sort(children.begin(), children.end(),
                          [](const ElementNode &a, const ElementNode &b) {
                              return text::CompareText(a.Text, b.Text) < 0;
@@ -173,10 +197,8 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
     QList<QTreeWidgetItem *> items;
     items.reserve(children.size());
     for (const ElementNode &child : std::as_const(children)) {
-        QTreeWidgetItem *item = MakeNode(child.Key, child.Kind, child.Text, child.CategoryID);
-        // Term entries stand in the order of their concepts.
-        if (child.Text == BodyText)
-            item->setData(0, SortsRole, true);
+        auto *item = new ElementItem(child.ElemID, child.Kind, child.Text, child.CategoryID);
+        item->SortsChildren = child.Text == BodyText;
         if (child.HasChildren)
             AddPlaceholder(item);
         items.append(item);
@@ -209,7 +231,7 @@ void frmTBEDitor::Tree1_NodeClick(QTreeWidgetItem *node)
 {
     if (!node || IsPlaceholder(node))
         return;
-    CurrentElemID = KeyElement(NodeKey(node));
+    CurrentElemID = AsElement(node)->ElemID;
     CurrentCategory = NodeCategory(node);
     ElementClicked();
 }

@@ -85,11 +85,22 @@ std::optional<SourceTable> tableOf(ElementSource source)
 
 using ValueOf = std::function<std::optional<QString>(ElementSource, qint32)>;
 
-// The target's value for the pointer sources, through `valueOf` for the rest.
-ElementLook look(qint32 elemId, const QString &categoryId, const ValueOf &valueOf)
+// How a category is shown and its name, worked out once for all its elements.
+struct CategoryLook {
+    ElementRule rule;
+    QString name;
+};
+
+CategoryLook categoryLook(const QString &categoryId)
 {
-    const ElementRule rule = ElementRuleOf(categoryId);
-    const QString name = CategoryName(categoryId);
+    return {ElementRuleOf(categoryId), CategoryName(categoryId)};
+}
+
+// The target's value for the pointer sources, through `valueOf` for the rest.
+ElementLook look(qint32 elemId, const CategoryLook &category, const ValueOf &valueOf)
+{
+    const ElementRule &rule = category.rule;
+    const QString &name = category.name;
     auto orName = [&](const std::optional<QString> &value) { return value ? *value : name; };
     switch (rule.Source) {
     case ElementSource::Name:
@@ -283,7 +294,7 @@ std::optional<QString> SeekElementValue(ElementSource source, qint32 elemId)
 
 ElementLook ClassifyElement(qint32 elemId, const QString &categoryId)
 {
-    return look(elemId, categoryId, SeekElementValue);
+    return look(elemId, categoryLook(categoryId), SeekElementValue);
 }
 
 QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
@@ -310,9 +321,14 @@ QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
     }
 
     // Each value table is read once for all the children that need it, not once per child.
+    QHash<QString, CategoryLook> categories;
     QHash<ElementSource, QHash<qint32, QString>> values;
     for (const ElementNode &node : std::as_const(nodes)) {
-        const ElementSource source = ElementRuleOf(node.CategoryID).Source;
+        if (categories.contains(node.CategoryID))
+            continue;
+        const CategoryLook &category =
+            *categories.insert(node.CategoryID, categoryLook(node.CategoryID));
+        const ElementSource source = category.rule.Source;
         if (tableOf(source) && !values.contains(source))
             values.insert(source, childValues(source, elemId));
     }
@@ -323,7 +339,7 @@ QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
     };
     const QSet<qint32> withChildren = childrenWithChildren(elemId);
     for (ElementNode &node : nodes) {
-        const ElementLook seen = look(node.ElemID, node.CategoryID, valueOf);
+        const ElementLook seen = look(node.ElemID, *categories.constFind(node.CategoryID), valueOf);
         node.Key = ElementKey(node.ElemID);
         node.Kind = seen.Kind;
         node.Text = seen.Text;
