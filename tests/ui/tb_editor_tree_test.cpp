@@ -3,6 +3,7 @@
 #include "termbase/edit/element_tree.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/frm_tb_properties.h"
+#include "ui/images.h"
 
 #include <QMenu>
 #include <QToolBar>
@@ -266,6 +267,26 @@ TEST_F(ElementTreeUi, ReturnToElementShowsWhatWasWritten)
     EXPECT_EQ(frmTBEDitor::NodeKey(term), QStringLiteral("n 123"));
     EXPECT_TRUE(term->isExpanded());
     EXPECT_EQ(texts(term), QStringList{QStringLiteral("Term type")});
+}
+
+} // namespace
+} // namespace lx::test
+
+namespace lx::test {
+namespace {
+
+// Every kind a node can take, and the two marks of the category pane, has an image of its own.
+TEST(ElementImages, EveryKindIsDrawn)
+{
+    const char *keys[] = {
+        "termbase",  "folder",        "concept",       "term",         "attribute", "xref",
+        "note",      "subjectfield",  "context",       "figure",       "audio",     "video",
+        "table",     "binary",        "responsible",   "responsibles", "pub",       "url",
+        "container", "classifsystem", "conceptsystem", "subset",       "world",     "lsen",
+        "lses",      "lsde",          "lsfr",          "lsca",         "lsit",      "lssv",
+        "lsno",      "lsnl",          "lsda",          "lsgen",        "active",    "inactive"};
+    for (const char *key : keys)
+        EXPECT_FALSE(ui::Image(QString::fromLatin1(key)).isNull()) << key;
 }
 
 } // namespace
