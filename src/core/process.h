@@ -66,6 +66,7 @@ struct ProcessState {
     store::Recordset rsPointers;   // pointers, index elemID
     store::Recordset rsRefValues;  // ref_values, index elemID
     store::Recordset rsTEConcepts; // TE_CONCEPTS, index elemID
+    store::Recordset rsTerms;      // TERMS, index elemID
 };
 
 // The one process block.

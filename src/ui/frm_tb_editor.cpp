@@ -74,6 +74,7 @@ frmTBEDitor::frmTBEDitor()
     buildMenus();
     buildToolBar();
     buildCentre();
+    buildElementTree();
     for (int i = 0; i < 3; ++i) {
         auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);
@@ -238,6 +239,8 @@ void frmTBEDitor::DisableEditor()
 void frmTBEDitor::EnableEditor()
 {
     setEditorCommands(true, 14);
+    if (Tree1->topLevelItemCount() > 0)
+        SetElementToolbar(); // the element buttons follow the selected node
 }
 
 void frmTBEDitor::ShowCategoryPane(bool asList)
@@ -277,12 +280,19 @@ void frmTBEDitor::LoadTermbaseView()
     LoadCategoryTable();
     LoadCategoryTree();
     Tree1->show();
+    LoadRootNode();
+    Tree1->setCurrentItem(Tree1->topLevelItem(0));
+    Tree1_NodeClick(Tree1->topLevelItem(0));
 }
 
+// The names change everywhere: the pane, and the element tree from its root.
 void frmTBEDitor::ReloadCategoryNames()
 {
     LoadCategoryTable();
     LoadCategoryTree();
+    LoadRootNode();
+    Tree1->setCurrentItem(Tree1->topLevelItem(0));
+    Tree1_NodeClick(Tree1->topLevelItem(0));
 }
 
 void frmTBEDitor::lblOntoComm_Change()

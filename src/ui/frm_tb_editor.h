@@ -26,6 +26,7 @@ class QMenu;
 class QSplitter;
 class QToolBar;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace lx::ui {
 
@@ -96,6 +97,25 @@ public:
     // What the element tree shows of the selected node, and the tree after an assert.
     QString SelectedElementKind() const;
     void ShowAssertedElement(const AssertResult &result);
+    // The element tree (frm_tb_editor_tree.cpp).
+    void LoadRootNode();
+    void ExpandElementNode(QTreeWidgetItem *node);
+    void ReturnToElement();
+    void GoToElement(qint32 elemId);
+    void SetElementToolbar();
+    // What a click on an element starts, CurrentElemID and CurrentCategory being set.
+    void ElementClicked();
+    void Tree1_Expand(QTreeWidgetItem *node);
+    void Tree1_Collapse(QTreeWidgetItem *node);
+    void Tree1_NodeClick(QTreeWidgetItem *node);
+    void Tree1_MouseUp(Qt::MouseButton button);
+    void mnuElemGoTo_Click();
+    // A node's key ("n1", "n 3", "n2.1"), its kind (the image key) and its element's category.
+    static QString NodeKey(const QTreeWidgetItem *node);
+    static QString NodeKind(const QTreeWidgetItem *node);
+    static QString NodeCategory(const QTreeWidgetItem *node);
+    QMenu *mnuElem;
+    QAction *mnuElemDelete, *mnuElemModify, *mnuElemSep1, *mnuElemGoTo;
 
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
@@ -127,6 +147,7 @@ private:
     void buildMenus();
     void buildToolBar();
     void buildCentre();
+    void buildElementTree();
     void setEditorCommands(bool enabled, int lastButton);
     void buildEditFrame();
     void categoryClicked(const QString &key, const QString &image, const QString &name,

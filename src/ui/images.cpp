@@ -403,32 +403,120 @@ void DrawRefresh(QPainter &p)
     p.drawPath(head);
 }
 
+// An element of a termbase: a tile of its own colour with a short label.
+void DrawTile(QPainter &p, const QColor &fill, const QString &label)
+{
+    p.setPen(Outline(fill.darker(140), 1.4));
+    p.setBrush(fill);
+    p.drawRoundedRect(QRectF(3.5, 5.5, 25, 21), 3.5, 3.5);
+    QFont font(QStringLiteral("Sans Serif"));
+    font.setBold(true);
+    font.setPixelSize(label.size() > 2 ? 9 : 12);
+    p.setFont(font);
+    p.setPen(Qt::white);
+    p.drawText(QRectF(3.5, 5.5, 25, 21), Qt::AlignCenter, label);
+}
+
+// A language section: a page with the language's code on a band.
+void DrawSection(QPainter &p, const QString &code)
+{
+    DrawPage(p, QRectF(6, 3, 20, 26));
+    p.setPen(Qt::NoPen);
+    p.setBrush(Green);
+    p.drawRect(QRectF(4, 13, 24, 11));
+    QFont font(QStringLiteral("Sans Serif"));
+    font.setBold(true);
+    font.setPixelSize(9);
+    p.setFont(font);
+    p.setPen(Qt::white);
+    p.drawText(QRectF(4, 13, 24, 11), Qt::AlignCenter, code);
+}
+
+// A category of the pane that may or may not stand under the current element.
+void DrawState(QPainter &p, bool active)
+{
+    p.setPen(Outline(active ? Green.darker(130) : QColor(0x9a, 0xa0, 0xa8), 1.6));
+    p.setBrush(active ? Green : QColor(0xe4, 0xe7, 0xec));
+    p.drawEllipse(QPointF(16, 16), 8, 8);
+}
+
+void AddElementDrawings(QHash<QString, std::function<void(QPainter &)>> &drawings)
+{
+    struct Tile {
+        const char *key;
+        QColor fill;
+        const char *label;
+    };
+    const Tile tiles[] = {
+        {"attribute", QColor(0x6a, 0x8f, 0x3a), "a"},
+        {"xref", QColor(0x7b, 0x55, 0xb0), "\u2192"},
+        {"subjectfield", QColor(0xb0, 0x6a, 0x2a), "SF"},
+        {"context", QColor(0x4a, 0x7a, 0x8c), "\u201c\u201d"},
+        {"figure", QColor(0x2e, 0x86, 0x8a), "Fig"},
+        {"audio", QColor(0x8a, 0x4a, 0x7a), "\u266a"},
+        {"video", QColor(0x8a, 0x2e, 0x4a), "\u25b6"},
+        {"table", QColor(0x4a, 0x5a, 0x8a), "Tab"},
+        {"binary", QColor(0x5a, 0x5a, 0x5a), "01"},
+        {"responsible", QColor(0x2f, 0x6f, 0xb8), "R"},
+        {"responsibles", QColor(0x1f, 0x4d, 0x80), "RR"},
+        {"pub", QColor(0x9a, 0x6a, 0x1c), "Pub"},
+        {"url", QColor(0x2e, 0x7a, 0x4f), "@"},
+        {"container", QColor(0x8a, 0x7a, 0x5a), "[ ]"},
+        {"classifsystem", QColor(0x6a, 0x4a, 0x2a), "CS"},
+        {"conceptsystem", QColor(0x3a, 0x6a, 0x9a), "CP"},
+        {"subset", QColor(0xa0, 0x3a, 0x5a), "S"},
+    };
+    for (const Tile &tile : tiles) {
+        const QColor fill = tile.fill;
+        const QString label = QString::fromUtf8(tile.label);
+        drawings.insert(QString::fromLatin1(tile.key),
+                        [fill, label](QPainter &p) { DrawTile(p, fill, label); });
+    }
+    for (const char *code : {"en", "es", "de", "fr", "ca", "it", "sv", "no", "nl", "da"}) {
+        const QString upper = QString::fromLatin1(code).toUpper();
+        drawings.insert(QStringLiteral("ls") + QString::fromLatin1(code),
+                        [upper](QPainter &p) { DrawSection(p, upper); });
+    }
+    drawings.insert(QStringLiteral("lsgen"),
+                    [](QPainter &p) { DrawSection(p, QStringLiteral("..")); });
+    drawings.insert(QStringLiteral("termbase"), DrawTermbaseEditor);
+    drawings.insert(QStringLiteral("folder"), [](QPainter &p) { DrawFolder(p, false); });
+    drawings.insert(QStringLiteral("note"), [](QPainter &p) { DrawNote(p, true); });
+    drawings.insert(QStringLiteral("world"), DrawGlobe);
+    drawings.insert(QStringLiteral("active"), [](QPainter &p) { DrawState(p, true); });
+    drawings.insert(QStringLiteral("inactive"), [](QPainter &p) { DrawState(p, false); });
+}
+
 using Drawing = std::function<void(QPainter &)>;
 
 const QHash<QString, Drawing> &Drawings()
 {
-    static const QHash<QString, Drawing> drawings{
-        {QStringLiteral("new"), DrawNew},
-        {QStringLiteral("open"), DrawOpen},
-        {QStringLiteral("close"), DrawClose},
-        {QStringLiteral("properties"), DrawProperties},
-        {QStringLiteral("tree"), DrawTree},
-        {QStringLiteral("newcpt"), DrawNewConcept},
-        {QStringLiteral("delcpt"), DrawDeleteConcept},
-        {QStringLiteral("note-out"), [](QPainter &p) { DrawNote(p, false); }},
-        {QStringLiteral("note-in"), [](QPainter &p) { DrawNote(p, true); }},
-        {QStringLiteral("tbeditor"), DrawTermbaseEditor},
-        {QStringLiteral("help"), DrawHelp},
-        {QStringLiteral("find"), DrawFind},
-        {QStringLiteral("concept"), DrawEntry},
-        {QStringLiteral("term"), DrawTerm},
-        {QStringLiteral("delete"), DrawDelete},
-        {QStringLiteral("editor"), DrawPencil},
-        {QStringLiteral("browser"), DrawGlobe},
-        {QStringLiteral("back"), [](QPainter &p) { DrawArrow(p, false); }},
-        {QStringLiteral("forward"), [](QPainter &p) { DrawArrow(p, true); }},
-        {QStringLiteral("refresh"), DrawRefresh},
-    };
+    static const QHash<QString, Drawing> drawings = [] {
+        QHash<QString, Drawing> all{
+            {QStringLiteral("new"), DrawNew},
+            {QStringLiteral("open"), DrawOpen},
+            {QStringLiteral("close"), DrawClose},
+            {QStringLiteral("properties"), DrawProperties},
+            {QStringLiteral("tree"), DrawTree},
+            {QStringLiteral("newcpt"), DrawNewConcept},
+            {QStringLiteral("delcpt"), DrawDeleteConcept},
+            {QStringLiteral("note-out"), [](QPainter &p) { DrawNote(p, false); }},
+            {QStringLiteral("note-in"), [](QPainter &p) { DrawNote(p, true); }},
+            {QStringLiteral("tbeditor"), DrawTermbaseEditor},
+            {QStringLiteral("help"), DrawHelp},
+            {QStringLiteral("find"), DrawFind},
+            {QStringLiteral("concept"), DrawEntry},
+            {QStringLiteral("term"), DrawTerm},
+            {QStringLiteral("delete"), DrawDelete},
+            {QStringLiteral("editor"), DrawPencil},
+            {QStringLiteral("browser"), DrawGlobe},
+            {QStringLiteral("back"), [](QPainter &p) { DrawArrow(p, false); }},
+            {QStringLiteral("forward"), [](QPainter &p) { DrawArrow(p, true); }},
+            {QStringLiteral("refresh"), DrawRefresh},
+        };
+        AddElementDrawings(all);
+        return all;
+    }();
     return drawings;
 }
 

@@ -128,6 +128,7 @@ void OpenTermbaseRecordsets(TermbaseEditor &editor)
     p.rsPointers = byElement("pointers");
     p.rsRefValues = byElement("ref_values");
     p.rsTEConcepts = byElement("TE_CONCEPTS");
+    p.rsTerms = byElement("TERMS");
     editor.LastElemID = 0;
     if (p.rsElements.RecordCount() > 0) {
         p.rsElements.MoveLast();
@@ -139,7 +140,7 @@ void CloseTermbaseRecordsets()
 {
     ProcessState &p = Process();
     for (Recordset *rs : {&p.rsElements, &p.rsDatCats, &p.rsElemLang, &p.rsTextValues,
-                          &p.rsPointers, &p.rsRefValues, &p.rsTEConcepts})
+                          &p.rsPointers, &p.rsRefValues, &p.rsTEConcepts, &p.rsTerms})
         IgnoreErrors([&] { rs->Close(); });
     p.DataCats.clear();
 }

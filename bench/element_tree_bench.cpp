@@ -1,0 +1,341 @@
+// The termbase editor's element tree on a termbase of 100,000 term entries (about 500,000
+// elements), without a window on screen: opening, expanding "body", expanding one entry; each
+// against the same reads in raw SQLite.
+#include "bench_data.h"
+#include "core/process.h"
+#include "ontology/store/seed.h"
+#include "termbase/edit/element_tree.h"
+#include "termbase/store/lifecycle.h"
+#include "termbase/store/schema.h"
+#include "ui/frm_tb_editor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <string>
+#include <vector>
+
+using namespace lx;
+
+namespace {
+
+constexpr int kEntries = 100000;
+// Each entry takes six numbers: the entry, its English section, the English term, the term's
+// type, and for every second entry a Spanish section with its term.
+constexpr int kFirstEntry = 100;
+constexpr int kStride = 6;
+constexpr int kBody = 3;
+
+int EntryElement(int i)
+{
+    return kFirstEntry + i * kStride;
+}
+
+std::string EntryConcept(int i)
+{
+    return bench::GeneratedIdentifier(i) + "-" + std::to_string(i);
+}
+
+struct TermbaseFiles {
+    QString ontology;
+    QString termbase;
+    qint64 elements = 0;
+};
+
+class Statement {
+public:
+    Statement(sqlite3 *db, const char *sql) : m_db(db)
+    {
+        bench::Check(sqlite3_prepare_v2(db, sql, -1, &m_stmt, nullptr), db);
+    }
+    ~Statement() { sqlite3_finalize(m_stmt); }
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    Statement &bind(int i, int value)
+    {
+        sqlite3_bind_int(m_stmt, i, value);
+        return *this;
+    }
+    Statement &bind(int i, const std::string &text)
+    {
+        sqlite3_bind_text(m_stmt, i, text.data(), int(text.size()), SQLITE_TRANSIENT);
+        return *this;
+    }
+    void run()
+    {
+        const int rc = sqlite3_step(m_stmt);
+        if (rc != SQLITE_DONE)
+            bench::Check(rc, m_db);
+        sqlite3_reset(m_stmt);
+    }
+    sqlite3_stmt *get() const { return m_stmt; }
+
+private:
+    sqlite3 *m_db;
+    sqlite3_stmt *m_stmt = nullptr;
+};
+
+// The elements, their concepts, languages and terms, in one transaction.
+qint64 FillEntries(sqlite3 *db)
+{
+    bench::Exec(db, "BEGIN");
+    Statement ontologyConcept(db, "INSERT INTO CONCEPTS (Concept) VALUES (?)");
+    Statement element(db, "INSERT INTO elements (elemID, categoryID, parentID) VALUES (?, ?, ?)");
+    Statement entry(db, "INSERT INTO TE_CONCEPTS (elemID, Concept) VALUES (?, ?)");
+    Statement lang(db, "INSERT INTO elements_use_lang (elemID, langID) VALUES (?, ?)");
+    Statement term(db, "INSERT INTO TERMS (elemID, term, langID) VALUES (?, ?, ?)");
+    qint64 count = 0;
+    auto add = [&](int id, const std::string &category, int parent) {
+        element.bind(1, id).bind(2, category).bind(3, parent).run();
+        ++count;
+    };
+    for (int i = 0; i < kEntries; ++i) {
+        const std::string name = EntryConcept(i);
+        const int e = EntryElement(i);
+        ontologyConcept.bind(1, name).run();
+        add(e, "0.3", kBody);
+        entry.bind(1, e).bind(2, name).run();
+        add(e + 1, "0.4", e);
+        lang.bind(1, e + 1).bind(2, "en").run();
+        add(e + 2, "1", e + 1);
+        term.bind(1, e + 2).bind(2, "term " + name).bind(3, "en").run();
+        add(e + 3, "2.1", e + 2);
+        if (i % 2 == 0) {
+            add(e + 4, "0.4", e);
+            lang.bind(1, e + 4).bind(2, "es").run();
+            add(e + 5, "1", e + 4);
+            term.bind(1, e + 5).bind(2, "término " + name).bind(3, "es").run();
+        }
+    }
+    bench::Exec(db, "COMMIT");
+    return count;
+}
+
+// A termbase made by the program from the seed, under an empty ontology, then filled with raw
+// SQLite; made once per run.
+const TermbaseFiles &Files()
+{
+    static QTemporaryDir home;
+    static const TermbaseFiles files = [] {
+        qputenv("LEXARBOR_HOME", QFile::encodeName(home.path()));
+        EnsureSeedFile();
+        TermbaseFiles f;
+        f.ontology = bench::FreshOntologyFile();
+        f.termbase = QDir(home.path()).filePath(QStringLiteral("large.ltb"));
+        ProcessState &p = Process();
+        p.Quote = QStringLiteral("\"");
+        p.OntoDB = store::DBEngine::OpenDatabase(f.ontology);
+        CreateTermbaseSchema(f.termbase);
+        p.OntoDB.Close();
+        ResetProcessState();
+
+        sqlite3 *db = bench::OpenRaw(f.termbase);
+        Statement meta(db, "INSERT INTO MetaData (Name, Ontology, DCLang, DCList) VALUES "
+                           "('Large', ?, 'en', 'tree')");
+        meta.bind(1, f.ontology.toStdString()).run();
+        f.elements = FillEntries(db);
+        sqlite3_close(db);
+        return f;
+    }();
+    return files;
+}
+
+// The editor window with the ontology "open" (its path is all a termbase asks of it).
+class Editor {
+public:
+    Editor()
+    {
+        ProcessState &p = Process();
+        p.Quote = QStringLiteral("\"");
+        p.OntoPath = Files().ontology;
+    }
+    ~Editor()
+    {
+        if (!Process().TermPath.isEmpty())
+            CloseTermbase(window);
+        ResetProcessState();
+    }
+    Editor(const Editor &) = delete;
+    Editor &operator=(const Editor &) = delete;
+
+    void open()
+    {
+        Process().TermPath = Files().termbase;
+        OpenTermbase(window, Process().TermPath);
+    }
+    QTreeWidgetItem *root() const { return window.Tree1->topLevelItem(0); }
+
+    ui::frmTBEDitor window;
+};
+
+// From the closed file to the categories in memory, the counts, and the root with its first
+// level of children.
+void BM_OpenTermbase100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    for (auto _ : state) {
+        editor.open();
+        editor.window.Tree1->expandItem(editor.root());
+        if (editor.window.EntryCount != kEntries || editor.root()->childCount() != 3)
+            state.SkipWithError("not open");
+        state.PauseTiming();
+        CloseTermbase(editor.window);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_OpenTermbase100k)->Unit(benchmark::kMillisecond);
+
+// The floor: the category names, the two counts and the root's children.
+void BM_RawOpenTermbase100k(benchmark::State &state)
+{
+    Files();
+    for (auto _ : state) {
+        sqlite3 *db = bench::OpenRaw(Files().termbase);
+        bench::Exec(db, "BEGIN");
+        size_t bytes = bench::ReadAllRows(
+            db,
+            "SELECT datcats.categoryID, datcats.GI_name, datcats.type, datcats.value_type, "
+            "datcats.needs_lang, datcats.forms_link, datcats.parentCatID, datcats_names.name "
+            "FROM datcats JOIN datcats_names ON datcats.categoryID = datcats_names.categoryID "
+            "WHERE datcats_names.langID = 'en' ORDER BY datcats.categoryID COLLATE LX",
+            8);
+        bytes += bench::ReadAllRows(db, "SELECT elemID FROM elements WHERE categoryID = '0.3'", 1);
+        bytes += bench::ReadAllRows(db, "SELECT elemID FROM elements WHERE categoryID = '1'", 1);
+        bytes += bench::ReadAllRows(db, "SELECT * FROM elements WHERE parentID = 1", 3);
+        bench::Exec(db, "COMMIT");
+        sqlite3_close(db);
+        benchmark::DoNotOptimize(bytes);
+    }
+}
+BENCHMARK(BM_RawOpenTermbase100k)->Unit(benchmark::kMillisecond);
+
+QTreeWidgetItem *BodyNode(Editor &editor)
+{
+    editor.window.Tree1->expandItem(editor.root());
+    return editor.root()->child(1);
+}
+
+// The user opens "body": 100,000 entries read, named after their concepts, sorted, each with
+// its placeholder. The collapse that drops them isn't timed.
+void BM_ExpandBody100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    QTreeWidgetItem *body = BodyNode(editor);
+    for (auto _ : state) {
+        editor.window.Tree1->expandItem(body);
+        if (body->childCount() != kEntries)
+            state.SkipWithError("wrong count");
+        state.PauseTiming();
+        editor.window.Tree1->collapseItem(body);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_ExpandBody100k)->Unit(benchmark::kMillisecond);
+
+// The reads alone, without the items.
+void BM_ReadBodyChildren100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    for (auto _ : state) {
+        const QList<ElementNode> children = ReadElementChildren(kBody, false);
+        if (children.size() != kEntries)
+            state.SkipWithError("wrong count");
+        benchmark::DoNotOptimize(children);
+    }
+}
+BENCHMARK(BM_ReadBodyChildren100k)->Unit(benchmark::kMillisecond);
+
+// The floor of one expansion: the children in category order, then per child its concept and
+// whether it has children, by prepared statements.
+struct RawReads {
+    explicit RawReads(sqlite3 *db)
+        : db(db), level(db, "SELECT elemID, categoryID FROM elements WHERE parentID = ? "
+                            "ORDER BY categoryID COLLATE LX"),
+          entryConcept(db, "SELECT Concept FROM TE_CONCEPTS WHERE elemID = ?"),
+          lang(db, "SELECT langID FROM elements_use_lang WHERE elemID = ?"),
+          below(db, "SELECT 1 FROM elements WHERE parentID = ? LIMIT 1")
+    {}
+    sqlite3 *db;
+    Statement level, entryConcept, lang, below;
+};
+
+size_t RawExpand(RawReads &r, int parent)
+{
+    auto &[db, level, entryConcept, lang, below] = r;
+    bench::Exec(db, "BEGIN");
+    std::vector<std::pair<int, std::string>> children;
+    level.bind(1, parent);
+    while (sqlite3_step(level.get()) == SQLITE_ROW)
+        children.emplace_back(sqlite3_column_int(level.get(), 0),
+                              reinterpret_cast<const char *>(sqlite3_column_text(level.get(), 1)));
+    sqlite3_reset(level.get());
+    size_t found = 0;
+    for (const auto &[id, category] : children) {
+        sqlite3_stmt *value = (category == "0.3" ? entryConcept : lang).get();
+        sqlite3_bind_int(value, 1, id);
+        if (sqlite3_step(value) == SQLITE_ROW)
+            found += size_t(sqlite3_column_bytes(value, 0));
+        sqlite3_reset(value);
+        sqlite3_bind_int(below.get(), 1, id);
+        found += sqlite3_step(below.get()) == SQLITE_ROW;
+        sqlite3_reset(below.get());
+    }
+    bench::Exec(db, "COMMIT");
+    return children.size() + found;
+}
+
+void BM_RawExpandBody100k(benchmark::State &state)
+{
+    sqlite3 *db = bench::OpenRaw(Files().termbase);
+    {
+        RawReads reads(db);
+        for (auto _ : state)
+            benchmark::DoNotOptimize(RawExpand(reads, kBody));
+    }
+    sqlite3_close(db);
+}
+BENCHMARK(BM_RawExpandBody100k)->Unit(benchmark::kMillisecond);
+
+// One entry in the middle of body opened: its two language sections.
+void BM_ExpandEntry100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    QTreeWidgetItem *body = BodyNode(editor);
+    editor.window.Tree1->expandItem(body);
+    QTreeWidgetItem *entry = body->child(kEntries / 2);
+    for (auto _ : state) {
+        editor.window.Tree1->expandItem(entry);
+        if (entry->childCount() < 1)
+            state.SkipWithError("no sections");
+        state.PauseTiming();
+        editor.window.Tree1->collapseItem(entry);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_ExpandEntry100k)->Unit(benchmark::kMicrosecond);
+
+void BM_RawExpandEntry100k(benchmark::State &state)
+{
+    sqlite3 *db = bench::OpenRaw(Files().termbase);
+    {
+        RawReads reads(db);
+        for (auto _ : state)
+            benchmark::DoNotOptimize(RawExpand(reads, EntryElement(kEntries / 2)));
+    }
+    sqlite3_close(db);
+}
+BENCHMARK(BM_RawExpandEntry100k)->Unit(benchmark::kMicrosecond);
+
+} // namespace
