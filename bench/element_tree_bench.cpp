@@ -2,8 +2,11 @@
 // elements), without a window on screen: opening, expanding "body", expanding one entry; each
 // against the same reads in raw SQLite.
 #include "bench_data.h"
+#include "core/interaction.h"
 #include "core/process.h"
 #include "ontology/store/seed.h"
+#include "publish/term_entry_page.h"
+#include "termbase/edit/assert.h"
 #include "termbase/edit/element_tree.h"
 #include "termbase/store/lifecycle.h"
 #include "termbase/store/schema.h"
@@ -11,6 +14,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
@@ -337,5 +341,60 @@ void BM_RawExpandEntry100k(benchmark::State &state)
     sqlite3_close(db);
 }
 BENCHMARK(BM_RawExpandEntry100k)->Unit(benchmark::kMicrosecond);
+
+// The marks of the category pane for the clicked element's category, at every click: one
+// query for the valid children, then the walk of the pane.
+void BM_MarkValidCategories(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    int n = 0;
+    for (auto _ : state) {
+        editor.window.CurrentCategory = (++n % 2) ? QStringLiteral("1") : QStringLiteral("0.3");
+        editor.window.MarkValidCategories();
+    }
+}
+BENCHMARK(BM_MarkValidCategories)->Unit(benchmark::kMillisecond);
+
+// A term asserted into the English section of an entry, the writes and their checks.
+void BM_AssertTerm100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    ScriptedInteraction user; // a box shown would be a failure
+    const InteractionScope scope(user);
+    int n = 0;
+    for (auto _ : state) {
+        AssertInput input;
+        input.CategoryId = QStringLiteral("1");
+        input.From = AssertInput::Source::Text;
+        input.Value = QStringLiteral("new term %1").arg(++n);
+        input.LanguageShown = true;
+        input.Language = QStringLiteral("en");
+        input.Parent = EntryElement((n * 7919) % kEntries);
+        if (!AssertElement(editor.window, input).Written)
+            state.SkipWithError("not written");
+    }
+    if (!user.calls().isEmpty())
+        state.SkipWithError("a box was shown");
+}
+BENCHMARK(BM_AssertTerm100k)->Unit(benchmark::kMillisecond)->Iterations(200);
+
+// The page of an entry with its sections and terms, written from the database.
+void BM_WriteTermEntryPage(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    Process().TermMeta.CSBrowser = true;
+    const QString folder = QFileInfo(Files().termbase).dir().filePath(QStringLiteral("pages/"));
+    QDir().mkpath(folder);
+    for (auto _ : state)
+        WriteTermEntryPage(QString::fromStdString(EntryConcept(42)), EntryElement(42), folder, true,
+                           true, true, true);
+}
+BENCHMARK(BM_WriteTermEntryPage)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -67,11 +67,12 @@ void Guarded(QString &log, int number, const std::function<void()> &work)
     }
 }
 
+// The link's row by the table's key (child, parent): what the search for both would find.
 bool IsaLinkExists(const QString &child, const QString &parent)
 {
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("ISA"), dbOpenDynaset);
-    rs.FindFirst(QStringLiteral("Concept = ") + quoted(child) + QStringLiteral(" AND ISA = ") +
-                 quoted(parent));
+    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("ISA"), dbOpenTable);
+    rs.SetIndex(QStringLiteral("ISA"));
+    rs.Seek(u"=", QVariantList{child, parent});
     const bool found = !rs.NoMatch();
     rs.Close();
     return found;

@@ -30,9 +30,11 @@ std::optional<Recordset> findConcept(const QString &identifier)
 {
     if (identifier.contains(QLatin1Char('"')))
         return std::nullopt;
-    const QString &q = Process().Quote;
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenSnapshot);
-    rs.FindFirst(QStringLiteral("Concept = ") + q + identifier + q);
+    // The index finds the row the search "Concept = identifier" would, without reading the
+    // table: identifiers are unique and compare in the same order.
+    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    rs.SetIndex(QStringLiteral("Concept"));
+    rs.Seek(u"=", identifier);
     if (rs.NoMatch())
         return std::nullopt;
     return rs;
