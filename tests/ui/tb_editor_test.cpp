@@ -5,6 +5,7 @@
 #include "ui/frm_tb_options.h"
 #include "ui/frm_tb_properties.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -417,6 +418,46 @@ TEST_F(CategoryPaneTest, ANoteAsksForItsLanguageBeforeItIsWritten)
     ASSERT_EQ(rs.RecordCount(), 1);
     EXPECT_EQ(rs.Value(u"value").toString(), QStringLiteral("A note"));
     EXPECT_TRUE(editor->txtData->text().isEmpty());
+}
+
+} // namespace
+} // namespace lx::test
+namespace lx::test {
+namespace {
+
+// The user stands on "body", picks a concept in the frame and asserts it: the entry shows in the
+// tree, and its concept can't be asserted twice.
+TEST_F(CategoryPaneTest, AnEntryAssertedFromTheFrameShowsInTheTree)
+{
+    QTreeWidgetItem *root = editor->Tree1->topLevelItem(0);
+    editor->Tree1->expandItem(root);
+    QTreeWidgetItem *body = nullptr;
+    for (int i = 0; i < root->childCount(); ++i) {
+        if (root->child(i)->text(0) == QLatin1String("body"))
+            body = root->child(i);
+    }
+    ASSERT_NE(body, nullptr);
+    editor->Tree1->setCurrentItem(body);
+    editor->Tree1_NodeClick(body);
+    EXPECT_EQ(editor->txtElem->text(), QStringLiteral("BODY"));
+    editor->Tree2_NodeClick(PaneNode(*editor, QStringLiteral("0.3")));
+    ASSERT_TRUE(editor->dbcConcepts->isVisibleTo(editor));
+    const QModelIndex bird = editor->dbcConcepts->model()
+                                 ->match(editor->dbcConcepts->model()->index(0, 0), Qt::DisplayRole,
+                                         QStringLiteral("BIRD"))
+                                 .value(0);
+    ASSERT_TRUE(bird.isValid());
+    editor->dbcConcepts->setCurrentIndex(bird);
+    editor->cmdAssert->click();
+    EXPECT_EQ(editor->EntryCount, 1);
+    EXPECT_EQ(editor->StatusPanel(2)->text(), QStringLiteral("1 Term Entries"));
+    // The tree was read again: "body" is the selected node now.
+    body = editor->Tree1->currentItem();
+    ASSERT_NE(body, nullptr);
+    EXPECT_EQ(body->text(0), QStringLiteral("body"));
+    editor->Tree1->expandItem(body);
+    ASSERT_GE(body->childCount(), 1);
+    EXPECT_EQ(body->child(0)->text(0), QStringLiteral("BIRD"));
 }
 
 } // namespace
