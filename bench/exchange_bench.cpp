@@ -89,7 +89,7 @@ QString EmptyTarget()
 {
     const QString path = Copy(bench::FreshOntologyFile(), QStringLiteral("import.ont"));
     sqlite3 *db = bench::OpenRaw(path);
-    bench::Exec(db, "INSERT INTO Subsets (Subset_ID, Subset) VALUES (1, 'General')");
+    bench::Exec(db, "INSERT OR IGNORE INTO Subsets (Subset_ID, Subset) VALUES (1, 'General')");
     sqlite3_close(db);
     return path;
 }

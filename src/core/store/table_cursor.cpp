@@ -331,7 +331,9 @@ private:
     RowStore m_page;
     size_t m_pageNext = 0;
     std::uint64_t m_pageStamp = 0;
-    int m_pageSize = 32;
+    // The first read takes one row: most table cursors are opened for a Seek or to stand on
+    // the first row; a walk doubles the page from there.
+    int m_pageSize = 1;
     long m_count = 0;
     std::uint64_t m_countStamp = 0;
 };
