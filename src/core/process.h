@@ -71,6 +71,14 @@ struct ProcessState {
 
 // The one process block.
 ProcessState &Process();
+
+// A value between the process's quotes, as queries and criteria take it; nothing in it is
+// doubled, so a value that may hold a quote is refused before it gets here.
+inline QString Quoted(const QString &value)
+{
+    return Process().Quote + value + Process().Quote;
+}
+
 // Puts the block back to its state at program start (tests).
 void ResetProcessState();
 

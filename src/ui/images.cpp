@@ -548,8 +548,13 @@ QPixmap Disabled(const QPixmap &pixmap)
 
 } // namespace
 
+// Each icon is drawn once, at every size, the first time it is asked for: lists and trees ask
+// for the same few keys on every row.
 QIcon Image(const QString &key)
 {
+    static QHash<QString, QIcon> drawn;
+    if (const auto cached = drawn.constFind(key); cached != drawn.cend())
+        return *cached;
     const auto found = Drawings().constFind(key);
     if (found == Drawings().cend())
         return {};
@@ -559,6 +564,7 @@ QIcon Image(const QString &key)
         icon.addPixmap(pixmap);
         icon.addPixmap(Disabled(pixmap), QIcon::Disabled);
     }
+    drawn.insert(key, icon);
     return icon;
 }
 

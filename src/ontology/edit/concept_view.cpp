@@ -12,12 +12,6 @@ namespace {
 
 const QString kByDefault = QStringLiteral(" (by default)");
 
-QString Quoted(const QString &text)
-{
-    const QString &quote = Process().Quote;
-    return quote + text + quote;
-}
-
 // The rows of a query as text, each from `row`; a default slot says so behind its text.
 template <class RowText> QStringList ReadSlotRows(const QString &query, RowText row)
 {

@@ -15,12 +15,6 @@ namespace {
 const QString kLineBreak = QStringLiteral("\r\n");
 const QString kErrorTitle = QStringLiteral("Error");
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 QString orUndefined(const QString &definition)
 {
     return definition.isEmpty() ? QStringLiteral("Undefined") : definition;
@@ -100,7 +94,7 @@ bool AddConcept(NewConceptTexts &texts, const InverseDialog &askInverse)
         return false;
 
     Recordset concepts = p.OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenDynaset);
-    concepts.FindFirst(QStringLiteral("Concept= ") + quoted(texts.Concept));
+    concepts.FindFirst(QStringLiteral("Concept= ") + Quoted(texts.Concept));
     if (!concepts.NoMatch()) {
         UI().MsgBox(QStringLiteral("The string you have used to name the concept ") + kLineBreak +
                         QStringLiteral("(") + p.Quote + texts.Concept + p.Quote +
@@ -157,15 +151,15 @@ bool AddInverseRelation(const QString &relation, const QString &parent, const QS
 bool RenameConcept(const QString &oldId, const QString &newId)
 {
     Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenDynaset);
-    rs.FindFirst(QStringLiteral("Concept= ") + quoted(newId));
+    rs.FindFirst(QStringLiteral("Concept= ") + Quoted(newId));
     if (!rs.NoMatch()) {
-        UI().MsgBox(QStringLiteral("Concept:") + kLineBreak + QStringLiteral("(") + quoted(newId) +
+        UI().MsgBox(QStringLiteral("Concept:") + kLineBreak + QStringLiteral("(") + Quoted(newId) +
                         QStringLiteral(")") + kLineBreak +
                         QStringLiteral("is already in use. Please, try again."),
                     msg::OKOnly, QStringLiteral("error"));
         return false;
     }
-    rs.FindFirst(QStringLiteral("Concept= ") + quoted(oldId));
+    rs.FindFirst(QStringLiteral("Concept= ") + Quoted(oldId));
     if (!rs.NoMatch()) {
         rs.Edit();
         rs.Collect(u"Concept", newId);
@@ -228,7 +222,7 @@ std::optional<DeletedConcept> DeleteConcept(OntologyEditor &editor)
     for (const QString &gone : {deleted.Identifier, deleted.Inverse}) {
         if (gone.isEmpty())
             continue;
-        rs.FindFirst(QStringLiteral("Concept = ") + quoted(gone));
+        rs.FindFirst(QStringLiteral("Concept = ") + Quoted(gone));
         if (rs.NoMatch())
             continue;
         rs.Delete(); // the store's cascades take every row that names it

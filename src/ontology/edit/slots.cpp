@@ -17,12 +17,6 @@ const QString kErrorTitle = QStringLiteral("Error");
 const QString kConfirmDelete = QStringLiteral("Confirm Delete");
 const QString kByDefault = QStringLiteral(" (by default)");
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 Recordset open(const QString &query, int type = dbOpenDynaset)
 {
     return Process().OntoDB.OpenRecordset(query, type);
@@ -73,38 +67,38 @@ void addRow(Recordset &rs, std::initializer_list<std::pair<QStringView, QString>
 
 QString relationsOf(const QString &owner)
 {
-    return QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + quoted(owner);
+    return QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(owner);
 }
 
 QString attributesOf(const QString &owner)
 {
-    return QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") + quoted(owner);
+    return QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") + Quoted(owner);
 }
 
 QString domainsOf(const QString &owner)
 {
-    return relationsOf(owner) + QStringLiteral(" AND Rel = ") + quoted(QStringLiteral("DOMAIN"));
+    return relationsOf(owner) + QStringLiteral(" AND Rel = ") + Quoted(QStringLiteral("DOMAIN"));
 }
 
 // A relation's ranges are concepts in RELATIONS, an attribute's are values in ATTRIBUTES.
 QString rangesOf(const QString &owner, int type)
 {
     if (type == 4)
-        return relationsOf(owner) + QStringLiteral(" AND Rel = ") + quoted(QStringLiteral("RANGE"));
+        return relationsOf(owner) + QStringLiteral(" AND Rel = ") + Quoted(QStringLiteral("RANGE"));
     return attributesOf(owner) + QStringLiteral(" AND Attribute = ") +
-           quoted(QStringLiteral("RANGE"));
+           Quoted(QStringLiteral("RANGE"));
 }
 
 QString relationTriple(const QString &concept1, const QString &rel, const QString &concept2)
 {
-    return QStringLiteral("Concept1 = ") + quoted(concept1) + QStringLiteral(" AND Rel = ") +
-           quoted(rel) + QStringLiteral(" AND Concept2 = ") + quoted(concept2);
+    return QStringLiteral("Concept1 = ") + Quoted(concept1) + QStringLiteral(" AND Rel = ") +
+           Quoted(rel) + QStringLiteral(" AND Concept2 = ") + Quoted(concept2);
 }
 
 QString attributeTriple(const QString &owner, const QString &attribute, const QString &value)
 {
-    return QStringLiteral("Concept = ") + quoted(owner) + QStringLiteral(" AND Attribute = ") +
-           quoted(attribute) + QStringLiteral(" AND Value = ") + quoted(value);
+    return QStringLiteral("Concept = ") + Quoted(owner) + QStringLiteral(" AND Attribute = ") +
+           Quoted(attribute) + QStringLiteral(" AND Value = ") + Quoted(value);
 }
 
 // The inverse of a relation from INVERSES, or nothing.
@@ -122,7 +116,7 @@ std::optional<QString> inverseOf(const QString &relation)
 
 QString isaLinksOf(const QString &owner)
 {
-    return QStringLiteral("SELECT * FROM ISA WHERE Concept = ") + quoted(owner) +
+    return QStringLiteral("SELECT * FROM ISA WHERE Concept = ") + Quoted(owner) +
            QStringLiteral(" ORDER BY ISA");
 }
 
@@ -309,7 +303,7 @@ long RangeCount(const QString &owner, int type)
 long IsaLinkCount(const QString &owner)
 {
     Recordset rs =
-        open(QStringLiteral("SELECT * FROM ISA WHERE Concept = ") + quoted(owner), dbOpenSnapshot);
+        open(QStringLiteral("SELECT * FROM ISA WHERE Concept = ") + Quoted(owner), dbOpenSnapshot);
     rs.MoveLast();
     rs.MoveFirst();
     const long count = rs.RecordCount();
@@ -329,8 +323,8 @@ bool DeleteRelationSlot(const QString &owner, const QString &item)
     const auto slotQuery = [](const QString &concept1, const QString &rel,
                               const QString &concept2) {
         return QStringLiteral("SELECT * FROM RELATIONS WHERE ") + QStringLiteral("Concept1 = ") +
-               quoted(concept1) + QStringLiteral(" AND Rel = ") + quoted(rel) +
-               QStringLiteral("AND Concept2 = ") + quoted(concept2);
+               Quoted(concept1) + QStringLiteral(" AND Rel = ") + Quoted(rel) +
+               QStringLiteral("AND Concept2 = ") + Quoted(concept2);
     };
     deleteFirstRow(slotQuery(owner, parts.Left, parts.Right));
     deleteFirstRow(slotQuery(parts.Right, inverse, owner));
@@ -391,7 +385,7 @@ bool DeleteDomain(const QString &owner, const QString &item)
         return false;
     if (!confirmItemDelete(QStringLiteral("DOMAIN"), owner, item))
         return false;
-    deleteFirstRow(domainsOf(owner) + QStringLiteral(" AND Concept2 = ") + quoted(item));
+    deleteFirstRow(domainsOf(owner) + QStringLiteral(" AND Concept2 = ") + Quoted(item));
     return true;
 }
 
@@ -405,7 +399,7 @@ bool DeleteRange(const QString &owner, int type, const QString &item)
     deleteFirstRow(
         rangesOf(owner, type) +
         (type == 4 ? QStringLiteral(" AND Concept2 = ") : QStringLiteral(" AND Value = ")) +
-        quoted(item));
+        Quoted(item));
     return true;
 }
 
@@ -416,8 +410,8 @@ bool DeleteAttributeSlot(const QString &owner, const QString &item)
     if (!confirmDelete(QStringLiteral("Confirm deletion of Attribute:") + kLineBreak + item))
         return false;
     const SlotItem parts = SplitSlotItem(item);
-    deleteFirstRow(attributesOf(owner) + QStringLiteral(" AND Attribute = ") + quoted(parts.Left) +
-                   QStringLiteral(" AND Value = ") + quoted(parts.Right));
+    deleteFirstRow(attributesOf(owner) + QStringLiteral(" AND Attribute = ") + Quoted(parts.Left) +
+                   QStringLiteral(" AND Value = ") + Quoted(parts.Right));
     return true;
 }
 
@@ -426,8 +420,8 @@ bool DeleteAttributeSlot(const QString &owner, const QString &item)
 std::optional<QStringList> AddIsaLink(const QString &owner, const QString &parent)
 {
     Recordset rs = open(isaLinksOf(owner));
-    rs.FindFirst(QStringLiteral("Concept = ") + quoted(owner) + QStringLiteral(" AND ISA = ") +
-                 quoted(parent));
+    rs.FindFirst(QStringLiteral("Concept = ") + Quoted(owner) + QStringLiteral(" AND ISA = ") +
+                 Quoted(parent));
     std::optional<QStringList> parents;
     if (!rs.NoMatch()) {
         tellIsaLinkExists();
@@ -449,8 +443,8 @@ std::optional<QStringList> EditIsaLink(const QString &owner, const QString &pare
 {
     Recordset rs = open(isaLinksOf(owner));
     const Bookmark first = rs.GetBookmark();
-    rs.FindFirst(QStringLiteral("Concept = ") + quoted(owner) + QStringLiteral(" AND ISA = ") +
-                 quoted(parent));
+    rs.FindFirst(QStringLiteral("Concept = ") + Quoted(owner) + QStringLiteral(" AND ISA = ") +
+                 Quoted(parent));
     std::optional<QStringList> parents;
     if (!rs.NoMatch()) {
         tellIsaLinkExists();
@@ -473,8 +467,8 @@ bool DeleteIsaLink(const QString &owner, const QString &parent,
     if (parent.isEmpty())
         return false;
     Recordset rs = open(isaLinksOf(owner));
-    rs.FindFirst(QStringLiteral("Concept= ") + quoted(owner) + QStringLiteral(" AND ") +
-                 QStringLiteral("ISA= ") + quoted(parent));
+    rs.FindFirst(QStringLiteral("Concept= ") + Quoted(owner) + QStringLiteral(" AND ") +
+                 QStringLiteral("ISA= ") + Quoted(parent));
     if (UI().MsgBox(QStringLiteral("Confirm deletion of link:") + kLineBreak + owner +
                         QStringLiteral(" : ISA : ") + parent,
                     msg::YesNo | msg::Exclamation, kConfirmDelete) == msg::No) {

@@ -18,12 +18,6 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 QString text(const Recordset &rs, QStringView field)
 {
     const QVariant value = rs.Value(field);
@@ -66,9 +60,9 @@ void CollectSlotRecords(const QString &identifier, QStringList &records, qint16 
 {
     const int type = ConceptType(identifier);
     const QString relations =
-        QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + quoted(identifier);
+        QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(identifier);
     const QString attributes =
-        QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") + quoted(identifier);
+        QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") + Quoted(identifier);
     const QString sem = QStringLiteral("SEM");
     const QString value = QStringLiteral("VALUE");
     if (type != 3 && type != 4) {
@@ -81,17 +75,17 @@ void CollectSlotRecords(const QString &identifier, QStringList &records, qint16 
     const QString domain = QStringLiteral("DOMAIN");
     const QString range = QStringLiteral("RANGE");
     appendSlots(identifier,
-                relations + QStringLiteral(" AND Rel = ") + quoted(domain) +
+                relations + QStringLiteral(" AND Rel = ") + Quoted(domain) +
                     QStringLiteral(" ORDER BY Concept2"),
                 u"Rel", domain, u"Concept2", sem, records, count);
     if (type == 3)
         appendSlots(identifier,
-                    attributes + QStringLiteral(" AND Attribute = ") + quoted(range) +
+                    attributes + QStringLiteral(" AND Attribute = ") + Quoted(range) +
                         QStringLiteral(" ORDER BY Attribute"),
                     u"Attribute", range, u"Value", value, records, count);
     else
         appendSlots(identifier,
-                    relations + QStringLiteral(" AND Rel = ") + quoted(range) +
+                    relations + QStringLiteral(" AND Rel = ") + Quoted(range) +
                         QStringLiteral(" ORDER BY Concept2"),
                     u"Rel", range, u"Concept2", sem, records, count);
 }
@@ -101,7 +95,7 @@ QString BuildConceptExport(const QString &identifier)
     QString block;
     Recordset parents =
         Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM ISA WHERE Concept = ") +
-                                           quoted(identifier) + QStringLiteral(" ORDER BY ISA"),
+                                           Quoted(identifier) + QStringLiteral(" ORDER BY ISA"),
                                        dbOpenSnapshot);
     if (parents.RecordCount() > 0) {
         const QString type = QString::number(ConceptType(identifier));

@@ -17,12 +17,6 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 QString Today()
 {
     return QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
@@ -83,9 +77,9 @@ bool DomainSlotExists(const QString &owner, const QString &filler)
 {
     const QString &q = Process().Quote;
     Recordset rs = Process().OntoDB.OpenRecordset(
-        QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + quoted(owner), dbOpenDynaset);
+        QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(owner), dbOpenDynaset);
     rs.FindFirst(QStringLiteral("Concept1 = ") + q + owner + QStringLiteral("Rel = DOMAIN") + q +
-                 QStringLiteral(" AND Concept2 =") + quoted(filler));
+                 QStringLiteral(" AND Concept2 =") + Quoted(filler));
     const bool found = !rs.NoMatch();
     rs.Close();
     return found;

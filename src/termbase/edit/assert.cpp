@@ -20,12 +20,6 @@ namespace {
 const QString kErrorTitle = QStringLiteral("Error");
 constexpr int MaxDescription = 50;
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 QStringList column(const QString &query, QStringView name)
 {
     QStringList values;
@@ -96,7 +90,7 @@ bool valueAccepted(const AssertInput &input)
     if (input.From == AssertInput::Source::Picklist && input.CategoryId.size() > 0 &&
         !isBackmatterReference(input.CategoryId) &&
         !column(QStringLiteral("SELECT * from picklists WHERE categoryID = ") +
-                    quoted(input.CategoryId),
+                    Quoted(input.CategoryId),
                 u"Value")
              .contains(input.Value)) {
         UI().MsgBox(QStringLiteral("The value ") + input.Value +
@@ -150,7 +144,7 @@ void assertEntry(TermbaseEditor &editor, const AssertInput &input, AssertResult 
                        "TE_Concepts.Concept FROM elements INNER JOIN TE_CONCEPTS ON "
                        "elements.elemID = TE_CONCEPTS.elemID"),
         dbOpenDynaset);
-    rs.FindFirst(QStringLiteral("Concept = ") + quoted(input.Value));
+    rs.FindFirst(QStringLiteral("Concept = ") + Quoted(input.Value));
     if (!rs.NoMatch()) {
         UI().MsgBox(QStringLiteral("TermEntry exists!"), msg::Information, kErrorTitle);
         rs.Close();
@@ -183,7 +177,7 @@ void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
     Recordset rs = Process().TermDB.OpenRecordset(
         QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values ON "
                        "elements.elemID = text_values.elemID WHERE categoryID = ") +
-            quoted(source),
+            Quoted(source),
         dbOpenSnapshot);
     if (rs.RecordCount() < 1) {
         // An empty backmatter: the element stands without a pointer.
@@ -221,7 +215,7 @@ std::optional<qint32> refTarget(const AssertInput &input)
         Recordset rs = Process().TermDB.OpenRecordset(
             QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values "
                            "ON elements.elemID = text_values.elemID WHERE categoryID = ") +
-                quoted(record),
+                Quoted(record),
             dbOpenSnapshot);
         for (; !rs.Eof(); rs.MoveNext()) {
             if (rs.Value(u"value").toString() == input.Value)

@@ -19,12 +19,6 @@ namespace {
 
 const QString kErrorTitle = QStringLiteral("Error");
 
-QString quoted(const QString &value)
-{
-    const QString &q = Process().Quote;
-    return q + value + q;
-}
-
 QString field(const Recordset &rs, QStringView name)
 {
     const QVariant value = rs.Value(name);
@@ -101,7 +95,7 @@ void LoadCategoryTable()
                        "datcats.parentCatId, datcats_names.name FROM datcats INNER JOIN "
                        "datcats_names ON datcats.categoryID = datcats_names.categoryID WHERE "
                        "datcats_names.langID = ") +
-            quoted(p.TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
+            Quoted(p.TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
         dbOpenSnapshot);
     p.DataCats.clear();
     RowIndex().clear();
@@ -181,7 +175,7 @@ QList<CategoryNode> ReadCategoryTree()
             QStringLiteral("SELECT datcats.categoryID, datcats.parentCatID, datcats_names.name "
                            "FROM datcats INNER JOIN datcats_names ON datcats.categoryID = "
                            "datcats_names.categoryID WHERE datcats_names.langID = ") +
-                quoted(Process().TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
+                Quoted(Process().TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
             dbOpenSnapshot);
         for (; !rs.Eof(); rs.MoveNext()) {
             const QString id = field(rs, u"categoryID");
@@ -222,7 +216,7 @@ QSet<QString> ValidChildCategories(const QString &category)
     QSet<QString> valid;
     Recordset rs = Process().TermDB.OpenRecordset(
         QStringLiteral("SELECT * FROM valid_families WHERE parentCategoryID = ") +
-            quoted(category) + QStringLiteral(" OR parentCategoryID = 'all'"),
+            Quoted(category) + QStringLiteral(" OR parentCategoryID = 'all'"),
         dbOpenSnapshot);
     for (; !rs.Eof(); rs.MoveNext())
         valid.insert(field(rs, u"childCategoryID").toCaseFolded());
@@ -264,7 +258,7 @@ QStringList CollectRefValues(const QString &categoryId)
     const QString table = asText ? QStringLiteral("text_values") : QStringLiteral("ref_values");
     return valueColumn(QStringLiteral("SELECT categoryID, value from elements INNER JOIN ") +
                            table + QStringLiteral(" ON elements.elemID = ") + table +
-                           QStringLiteral(".elemID WHERE categoryID = ") + quoted(record),
+                           QStringLiteral(".elemID WHERE categoryID = ") + Quoted(record),
                        u"value");
 }
 
@@ -291,7 +285,7 @@ CategoryEditor ChooseCategoryEditor(const QString &id)
         editor.Values = valueColumn(
             QStringLiteral("SELECT value from elements INNER JOIN text_values ON elements.elemID "
                            "= text_values.elemID WHERE categoryID = ") +
-                quoted(sourceContainer(id)),
+                Quoted(sourceContainer(id)),
             u"value");
         editor.Shown = editor.Values.isEmpty() ? Control::NoElements : Control::BackmatterList;
         return editor;
@@ -320,7 +314,7 @@ CategoryEditor ChooseCategoryEditor(const QString &id)
     } else if (valueType == QLatin1String("picklist")) {
         editor.Shown = Control::Picklist;
         editor.Values = valueColumn(
-            QStringLiteral("SELECT * from picklists WHERE categoryID = ") + quoted(id), u"Value");
+            QStringLiteral("SELECT * from picklists WHERE categoryID = ") + Quoted(id), u"Value");
     } else if (valueType == QLatin1String("date")) {
         editor.Shown = Control::Date;
     } else if (valueType == QLatin1String("number")) {
