@@ -2,6 +2,7 @@
 
 #include "core/signal_label.h"
 #include "termbase/edit/assert.h"
+#include "termbase/edit/categories.h"
 #include "termbase/store/tb_editor.h"
 #include "ui/forms.h"
 
@@ -81,6 +82,7 @@ public:
 
     // The category pane and the edit frame, in frm_tb_editor_categories.cpp.
     void LoadCategoryTree();
+    void AddCategoryChildren(QTreeWidgetItem *node, const CategoryNode &category, int &count);
     void MarkValidCategories();
     void HideEditFrame();
     void ShowCategoryEditor(const QString &categoryId);
@@ -150,6 +152,7 @@ private:
     void buildElementTree();
     void setEditorCommands(bool enabled, int lastButton);
     void buildEditFrame();
+    void addCategoryListItem(const CategoryNode &category);
     void categoryClicked(const QString &key, const QString &image, const QString &name,
                          const std::function<void()> &takeBack);
 

@@ -22,14 +22,14 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QToolBar>
 #include <QListView>
 #include <QListWidget>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -139,36 +139,42 @@ void frmTBEDitor::LoadCategoryTree()
     ProgressBar1->setRange(
         0, int(Process().rsDatCats.isOpen() ? Process().rsDatCats.RecordCount() : 0));
     ProgressBar1->show();
-    int count = 1;
     Tree2->clear();
     ListView1->clear();
     auto *root = new QTreeWidgetItem(Tree2, {QStringLiteral("DC")});
     root->setData(0, KeyRole, QStringLiteral("nDC"));
-    const auto addListItem = [this](const CategoryNode &category) {
-        auto *item = new QListWidgetItem(category.Name, ListView1);
-        item->setData(KeyRole, QStringLiteral("n") + category.Id);
-    };
-    const std::function<void(QTreeWidgetItem *, const CategoryNode &)> addChildren =
-        [&](QTreeWidgetItem *parent, const CategoryNode &category) {
-            for (const CategoryNode &child : category.Children) {
-                auto *node = new QTreeWidgetItem(parent, {child.Name});
-                node->setData(0, KeyRole, QStringLiteral("n") + child.Id);
-                addChildren(node, child);
-                addListItem(child);
-                if (++count <= ProgressBar1->maximum())
-                    ProgressBar1->setValue(count);
-            }
-        };
+    int count = 1;
     for (const CategoryNode &top : ReadCategoryTree()) {
         auto *node = new QTreeWidgetItem(root, {top.Name});
         node->setData(0, KeyRole, QStringLiteral("n") + top.Id);
-        addListItem(top);
-        addChildren(node, top);
+        addCategoryListItem(top);
+        AddCategoryChildren(node, top, count);
     }
     root->setExpanded(true);
     Forms().Unload(&wait);
     ProgressBar1->hide();
     StatusPanel(1)->setText(Process().OntoMeta.Name);
+}
+
+void frmTBEDitor::addCategoryListItem(const CategoryNode &category)
+{
+    auto *item = new QListWidgetItem(category.Name, ListView1);
+    item->setData(KeyRole, QStringLiteral("n") + category.Id);
+}
+
+// The children of a category under its node, each with its own below it; the list takes a
+// child after all of its descendants.
+void frmTBEDitor::AddCategoryChildren(QTreeWidgetItem *node, const CategoryNode &category,
+                                      int &count)
+{
+    for (const CategoryNode &child : category.Children) {
+        auto *childNode = new QTreeWidgetItem(node, {child.Name});
+        childNode->setData(0, KeyRole, QStringLiteral("n") + child.Id);
+        AddCategoryChildren(childNode, child, count);
+        addCategoryListItem(child);
+        if (++count <= ProgressBar1->maximum())
+            ProgressBar1->setValue(count);
+    }
 }
 
 // Every category that may stand under the current element is marked active, opened and
