@@ -1,5 +1,6 @@
 #include "ontology/exchange/export.h"
 
+#include "core/filters.h"
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
@@ -9,6 +10,10 @@
 #include "publish/text_channel.h"
 
 #include <QFile>
+#include <QHash>
+
+#include <functional>
+#include <optional>
 
 namespace lx {
 
@@ -28,6 +33,14 @@ QString record(const QString &identifier, const QString &phrase, const QString &
 {
     return QStringLiteral("(") + identifier + QLatin1Char(' ') + phrase + QLatin1Char(' ') +
            filler + QStringLiteral(")");
+}
+
+QString slotRecord(const QString &identifier, const QString &slot, bool isDefault,
+                   const QString &plain, const QString &filler)
+{
+    return record(identifier,
+                  slot + QLatin1Char(' ') + (isDefault ? QStringLiteral("DEFAULT") : plain),
+                  filler);
 }
 
 void append(QStringList &records, qint16 &count, const QString &line)
@@ -125,13 +138,158 @@ QString BuildConceptExport(const QString &identifier)
     return block;
 }
 
+namespace {
+
+// Everything an export of many concepts reads, in a few passes over the tables, grouped by
+// concept in the orders the one-concept selections give.
+class ExportSource {
+public:
+    struct Slot {
+        QString Name;
+        bool Default = false;
+        QString Filler;
+    };
+    struct Concept {
+        QVariant Type;
+        QVariant Definition;
+        QStringList Parents, Children;
+        QList<Slot> Relations, Attributes, Domains, RelationRanges, AttributeRanges;
+    };
+
+    ExportSource()
+    {
+        Database &db = Process().OntoDB;
+        each(db, QStringLiteral("SELECT * FROM CONCEPTS"), [this](const Recordset &rs) {
+            Concept &c = m_concepts[key(text(rs, u"Concept"))];
+            c.Type = rs.Value(u"Type");
+            c.Definition = rs.Value(u"Definition");
+        });
+        each(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
+             [this](const Recordset &rs) {
+                 if (Concept *c = find(text(rs, u"Concept")))
+                     c->Parents << text(rs, u"ISA");
+             });
+        each(db, QStringLiteral("SELECT * FROM ISA ORDER BY ISA, Concept"),
+             [this](const Recordset &rs) {
+                 if (Concept *c = find(text(rs, u"ISA")))
+                     c->Children << text(rs, u"Concept");
+             });
+        each(db, QStringLiteral("SELECT * FROM RELATIONS ORDER BY Concept1, Rel, Relation_ID"),
+             [this](const Recordset &rs) {
+                 if (Concept *c = find(text(rs, u"Concept1")))
+                     c->Relations << slot(rs, u"Rel", u"Concept2");
+             });
+        each(db,
+             QStringLiteral("SELECT * FROM RELATIONS WHERE Rel = 'DOMAIN' OR Rel = 'RANGE' ORDER "
+                            "BY Concept1, Concept2, Relation_ID"),
+             [this](const Recordset &rs) {
+                 Concept *c = find(text(rs, u"Concept1"));
+                 if (!c)
+                     return;
+                 const bool domain =
+                     text(rs, u"Rel").compare(QLatin1String("DOMAIN"), Qt::CaseInsensitive) == 0;
+                 (domain ? c->Domains : c->RelationRanges) << slot(rs, u"Rel", u"Concept2");
+             });
+        each(db,
+             QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Concept, Attribute, Property_ID"),
+             [this](const Recordset &rs) {
+                 Concept *c = find(text(rs, u"Concept"));
+                 if (!c)
+                     return;
+                 const Slot s = slot(rs, u"Attribute", u"Value");
+                 c->Attributes << s;
+                 if (s.Name.compare(QLatin1String("RANGE"), Qt::CaseInsensitive) == 0)
+                     c->AttributeRanges << s;
+             });
+    }
+
+    // The concept's block, or nothing when it must go the one-concept way (it is missing, or
+    // its type is Null: that way says so).
+    std::optional<QString> Block(const QString &identifier) const
+    {
+        const auto found = m_concepts.constFind(key(identifier));
+        if (found == m_concepts.cend() || found->Type.isNull())
+            return std::nullopt;
+        const Concept &c = *found;
+        const int type = c.Type.toInt();
+        QString block;
+        for (const QString &parent : c.Parents)
+            block += record(identifier, QStringLiteral("IS-A VALUE"),
+                            parent + QLatin1Char(' ') + QString::number(type)) +
+                     kCrLf;
+        QString definition = QStringLiteral("Undefined");
+        if (!c.Definition.isNull()) {
+            definition = c.Definition.toString();
+            FlattenLines(definition);
+            definition = Quoted(definition);
+        }
+        block += record(identifier, QStringLiteral("DEFINITION VALUE"), definition) + kCrLf;
+        for (const QString &child : c.Children)
+            block += record(identifier, QStringLiteral("SUBCLASSES VALUE"), child) + kCrLf;
+        const auto slots = [&](const QList<Slot> &list, const QString &fixed,
+                               const QString &plain) {
+            for (const Slot &s : list)
+                block += slotRecord(identifier, fixed.isEmpty() ? s.Name : fixed, s.Default, plain,
+                                    s.Filler) +
+                         kCrLf;
+        };
+        const QString sem = QStringLiteral("SEM");
+        const QString value = QStringLiteral("VALUE");
+        if (type != 3 && type != 4) {
+            slots(c.Relations, {}, sem);
+            slots(c.Attributes, {}, value);
+        } else {
+            slots(c.Domains, QStringLiteral("DOMAIN"), sem);
+            if (type == 3)
+                slots(c.AttributeRanges, QStringLiteral("RANGE"), value);
+            else
+                slots(c.RelationRanges, QStringLiteral("RANGE"), sem);
+        }
+        block.chop(2);
+        return block;
+    }
+
+private:
+    static QString key(const QString &identifier) { return identifier.toCaseFolded(); }
+    Concept *find(const QString &identifier)
+    {
+        const auto found = m_concepts.find(key(identifier));
+        return found == m_concepts.end() ? nullptr : &*found;
+    }
+    static Slot slot(const Recordset &rs, QStringView name, QStringView filler)
+    {
+        return {text(rs, name), rs.Value(u"Default").toBool(), text(rs, filler)};
+    }
+    static void each(Database &db, const QString &query,
+                     const std::function<void(const Recordset &)> &row)
+    {
+        Recordset rs = db.OpenRecordset(query, dbOpenSnapshot);
+        for (; !rs.Eof(); rs.MoveNext())
+            row(rs);
+        rs.Close();
+    }
+
+    QHash<QString, Concept> m_concepts;
+};
+
+// Below this many concepts each block reads its own rows.
+constexpr qsizetype kBulkExport = 200;
+
+} // namespace
+
 void WriteExportFile(const QString &path, const QStringList &identifiers,
                      const std::function<void(int)> &exported)
 {
+    std::optional<ExportSource> source;
+    if (identifiers.size() >= kBulkExport)
+        source.emplace();
     TextChannel file(path);
     int done = 0;
     for (const QString &identifier : identifiers) {
-        file.Print(BuildConceptExport(identifier));
+        std::optional<QString> block;
+        if (source)
+            block = source->Block(identifier);
+        file.Print(block ? *block : BuildConceptExport(identifier));
         if (exported)
             exported(++done);
     }

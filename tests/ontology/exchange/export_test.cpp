@@ -106,6 +106,23 @@ TEST_F(ExportTest, TheFileEndsInOneLineEndAndAnExistingOneIsReplacedAfterOneButt
     EXPECT_FALSE(ExportSelectedConcepts(folder, {QStringLiteral("ALL")}));
 }
 
+// A long selection is read in a few passes: its file holds the same bytes as block by block.
+TEST_F(ExportTest, ALongSelectionWritesTheSameBlocks)
+{
+    const QStringList each{"ALL", "ANIMAL", "BIRD", "EATS", "COLOR", "DOMAIN", "RANGE"};
+    QStringList many;
+    QString expected;
+    for (int i = 0; i < 40; ++i) {
+        for (const QString &id : each) {
+            many << (i % 2 ? id.toLower() : id);
+            expected += BuildConceptExport(many.last()) + QStringLiteral("\r\n");
+        }
+    }
+    const QString path = folder.path(QStringLiteral("many.oxp"));
+    WriteExportFile(path, many);
+    EXPECT_EQ(FileBytes(path), expected.toLatin1());
+}
+
 TEST_F(ExportTest, AConceptGoneFromTheFileStillGetsItsBlock)
 {
     user.answerMsgBox(msg::OK).answerMsgBox(msg::OK);
