@@ -69,6 +69,8 @@ public:
     void mnuFileNew_Click();
     void mnuFileOPen_Click();
     void mnuFileClose_Click();
+    // The import dialog, modal; the list and the view are read again when it closes.
+    void mnuFileImport_Click();
     void mnuFileProperties_Click();
     void mnuFileExit_Click();
     void mnuEditCopy_Click();

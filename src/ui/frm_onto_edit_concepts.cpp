@@ -8,6 +8,7 @@
 #include "ontology/edit/links.h"
 #include "ontology/store/concept_list.h"
 #include "ui/forms.h"
+#include "ui/frm_import.h"
 #include "ui/frm_names.h"
 #include "ui/frm_new_concept.h"
 #include "ui/frm_onto_edit.h"
@@ -138,6 +139,15 @@ void frmOntoEdit::mnuConceptDelete_Click()
     ListedConcepts = TotalConcepts - 1;
     dblConcepts->setFocus();
     dblConcepts_Click();
+    UpdateStatusCounts();
+}
+
+void frmOntoEdit::mnuFileImport_Click()
+{
+    auto &dialog = Forms().Load<frmImport>();
+    UI().ShowModal(&dialog);
+    Forms().Unload(&dialog);
+    InitRSListConcepts(*this);
     UpdateStatusCounts();
 }
 

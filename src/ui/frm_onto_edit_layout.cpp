@@ -233,6 +233,7 @@ void frmOntoEdit::routeMenus()
     route(mnuFileNew, &frmOntoEdit::mnuFileNew_Click);
     route(mnuFileOpen, &frmOntoEdit::mnuFileOPen_Click);
     route(mnuFileClose, &frmOntoEdit::mnuFileClose_Click);
+    route(mnuFileImport, &frmOntoEdit::mnuFileImport_Click);
     route(mnuFileProperties, &frmOntoEdit::mnuFileProperties_Click);
     route(mnuFileExit, &frmOntoEdit::mnuFileExit_Click);
     route(mnuEditCopy, &frmOntoEdit::mnuEditCopy_Click);
@@ -263,8 +264,7 @@ void frmOntoEdit::routeMenus()
     route(mnuTreeAttr, &frmOntoEdit::mnuTreeAttr_Click);
     route(mnuTreeSelConcept, &frmOntoEdit::mnuTreeSelConcept_Click);
     route(mnuConceptTree, &frmOntoEdit::mnuConceptTree_Click);
-    for (QAction *later :
-         {mnuFileImport, mnuFileExport, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
+    for (QAction *later : {mnuFileExport, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
         route(later, &frmOntoEdit::NotAvailableYet);
 }
 
