@@ -7,6 +7,7 @@
 #include "publish/text_channel.h"
 #include "ui/forms.h"
 #include "ui/named.h"
+#include "ui/window_place.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -97,6 +98,7 @@ frmImport::frmImport()
     TabOrder({cmdOpenFile, txtImportFile, txtLog, chkConcepts, chkDefs, Check1, Check2, optOWYes,
               optOWNo, optOWAsk, cmdCheckFile, cmdImport, cmdSaveLog, cmdClear, cmdClose});
     resize(720, 520);
+    RestoreSize(*this, windowTitle());
 
     txtLog->setPlainText(ImportInstructions());
     connect(cmdOpenFile, &QPushButton::clicked, this, Command(this, &frmImport::cmdOpenFile_Click));
@@ -187,6 +189,7 @@ void frmImport::cmdClear_Click()
 
 void frmImport::cmdClose_Click()
 {
+    SaveSize(*this, windowTitle());
     Forms().Unload(this);
 }
 
