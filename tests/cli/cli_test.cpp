@@ -54,7 +54,8 @@ TEST_F(CliTest, NewWalkExportImportAndInheritGoRoundTheSameFile)
     EXPECT_TRUE(one.readAll().startsWith("(RELATION IS-A VALUE "));
 
     ASSERT_EQ(run({"new", path("b.ont")}).status, 0);
-    const Outcome import = run({"import", path("b.ont"), path("all.oxp"), "--log", path("log.txt")});
+    const Outcome import =
+        run({"import", path("b.ont"), path("all.oxp"), "--log", path("log.txt")});
     EXPECT_EQ(import.status, 0) << import.err.toStdString();
     QFile log(path("log.txt"));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));

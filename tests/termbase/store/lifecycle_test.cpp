@@ -1,8 +1,8 @@
 #include "core/interaction.h"
 #include "core/store/database.h"
+#include "fake_editor.h"
 #include "support/temp_store.h"
 #include "termbase/store/lifecycle.h"
-#include "fake_editor.h"
 #include "termbase_fixture.h"
 
 #include <QDir>
