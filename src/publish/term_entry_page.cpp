@@ -80,23 +80,11 @@ QString CrossReferenceLink(qint32 elemId)
     return Link(entryConcept + QStringLiteral(".html"), entryConcept);
 }
 
-bool IsTrue(const QString &flag)
-{
-    return flag == QLatin1String("true") || flag == QLatin1String("True") ||
-           flag == QLatin1String("-1");
-}
-
 // The value of an element of an ordinary category, from the table its value type names.
 void ReadGeneralValue(qint32 elemId, const QString &category, QVariant &value, QString &valueType,
                       QString &language)
 {
-    const QStringList *row = nullptr;
-    for (const QStringList &cat : Process().DataCats) {
-        if (cat.value(dcId) == category) {
-            row = &cat;
-            break;
-        }
-    }
+    const QStringList *row = DataCatRow(category);
     if (!row) {
         Fatal(QStringLiteral("Element not found. Fatal Error. Please report."));
         return;
@@ -114,7 +102,7 @@ void ReadGeneralValue(qint32 elemId, const QString &category, QVariant &value, Q
         table.Close();
     }
     language.clear();
-    if (IsTrue(row->value(dcNeedsLang))) {
+    if (CategoryNeedsLang(category)) {
         Recordset &langs = Process().rsElemLang;
         langs.Seek(u"=", elemId);
         if (!langs.NoMatch())

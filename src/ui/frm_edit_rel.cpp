@@ -28,19 +28,6 @@ namespace {
 
 constexpr int MinimumWidth = 420;
 
-// The selection survives a refill where its text is still listed.
-void Refill(QListView *list, const QStringList &texts)
-{
-    const QString kept = CurrentText(list);
-    SetTexts(list, texts);
-    const qsizetype row = kept.isEmpty() ? -1 : texts.indexOf(kept);
-    if (row >= 0) {
-        const QModelIndex index = list->model()->index(int(row), 0);
-        list->setCurrentIndex(index);
-        list->scrollTo(index);
-    }
-}
-
 void Select(QListView *list, const QString &text)
 {
     const auto *model = qobject_cast<const QStringListModel *>(list->model());
@@ -50,6 +37,15 @@ void Select(QListView *list, const QString &text)
     const QModelIndex index = list->model()->index(int(row), 0);
     list->setCurrentIndex(index);
     list->scrollTo(index);
+}
+
+// The selection survives a refill where its text is still listed.
+void Refill(QListView *list, const QStringList &texts)
+{
+    const QString kept = CurrentText(list);
+    SetTexts(list, texts);
+    if (!kept.isEmpty())
+        Select(list, kept);
 }
 
 // Cleared first, so that the same concept twice still fires.

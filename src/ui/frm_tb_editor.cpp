@@ -288,11 +288,7 @@ void frmTBEDitor::LoadTermbaseView()
 // The names change everywhere: the pane, and the element tree from its root.
 void frmTBEDitor::ReloadCategoryNames()
 {
-    LoadCategoryTable();
-    LoadCategoryTree();
-    LoadRootNode();
-    Tree1->setCurrentItem(Tree1->topLevelItem(0));
-    Tree1_NodeClick(Tree1->topLevelItem(0));
+    LoadTermbaseView();
 }
 
 void frmTBEDitor::lblOntoComm_Change()

@@ -311,13 +311,10 @@ AssertInput frmTBEDitor::ReadAssertInput() const
     input.LanguageShown = !lstLang->isHidden();
     input.Language = lstLang->currentText();
     input.Parent = CurrentElemID;
-    const auto current = [](const QListWidget *list) {
-        return list->currentItem() ? list->currentItem()->text() : QString();
-    };
     const std::pair<bool, std::pair<Source, QString>> controls[] = {
         {!txtData->isHidden(), {Source::Text, txtData->text()}},
-        {!lstData->isHidden(), {Source::Picklist, current(lstData)}},
-        {!lstRefs->isHidden(), {Source::Refs, current(lstRefs)}},
+        {!lstData->isHidden(), {Source::Picklist, CurrentText(lstData)}},
+        {!lstRefs->isHidden(), {Source::Refs, CurrentText(lstRefs)}},
         {!sldData->isHidden(), {Source::Number, QString::number(sldData->value())}},
         {!dbcConcepts->isHidden(), {Source::Concepts, CurrentText(dbcConcepts)}},
         {!mskData->isHidden(), {Source::Date, mskData->text()}},

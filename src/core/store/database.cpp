@@ -128,6 +128,16 @@ WriteBatch::~WriteBatch()
     }
 }
 
+QStringList ReadColumn(Database &db, const QString &query, QStringView field)
+{
+    QStringList values;
+    Recordset rs = db.OpenRecordset(query, dbOpenSnapshot);
+    for (; !rs.Eof(); rs.MoveNext())
+        values.append(TextOrEmpty(rs.Value(field)));
+    rs.Close();
+    return values;
+}
+
 Recordset Database::OpenRecordset(const QString &source, int type)
 {
     Connection &c = connection();

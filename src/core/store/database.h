@@ -5,6 +5,7 @@
 #include "core/store/types.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -74,6 +75,9 @@ public:
 private:
     std::shared_ptr<detail::Connection> m_connection;
 };
+
+// One field of every row of a query, read as a snapshot, Null as the empty text.
+QStringList ReadColumn(Database &db, const QString &query, QStringView field);
 
 class Workspace {
 public:

@@ -15,6 +15,12 @@ using Bookmark = qint64;
 
 class Recordset;
 
+// A value as text, Null as the empty text: for rows read into lists and pages.
+inline QString TextOrEmpty(const QVariant &value)
+{
+    return value.isNull() ? QString() : value.toString();
+}
+
 // One field of the current row: Fields(name).Value().
 class FieldRef {
 public:

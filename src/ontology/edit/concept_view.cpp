@@ -29,12 +29,6 @@ template <class RowText> QStringList ReadSlotRows(const QString &query, RowText 
     return rows;
 }
 
-QString FieldText(const Recordset &rs, QStringView field)
-{
-    const QVariant value = rs.Value(field);
-    return value.isNull() ? QString() : value.toString();
-}
-
 QString DomainsQuery(const QString &identifier)
 {
     return QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(identifier) +
@@ -53,7 +47,7 @@ QStringList ReadParents(const QString &identifier)
                                            Quoted(identifier) + QStringLiteral(" ORDER BY ISA"),
                                        dbOpenDynaset);
     for (; !rs.Eof(); rs.MoveNext())
-        parents.append(FieldText(rs, u"ISA"));
+        parents.append(TextOrEmpty(rs.Value(u"ISA")));
     rs.Close();
     return parents;
 }
@@ -66,8 +60,8 @@ QList<NameRow> ReadNames(const QString &identifier)
             QStringLiteral(" ORDER BY Lang_ID, Name_ID"),
         dbOpenDynaset);
     for (; !rs.Eof(); rs.MoveNext())
-        names.append({LanguageNameOf(FieldText(rs, u"Lang_ID")), FieldText(rs, u"Name"),
-                      rs.Value(u"Name_ID")});
+        names.append({LanguageNameOf(TextOrEmpty(rs.Value(u"Lang_ID"))),
+                      TextOrEmpty(rs.Value(u"Name")), rs.Value(u"Name_ID")});
     rs.Close();
     return names;
 }
@@ -77,8 +71,8 @@ QStringList ReadRelationSlots(const QString &identifier)
     return ReadSlotRows(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") +
                             Quoted(identifier) + QStringLiteral(" ORDER BY Rel"),
                         [](const Recordset &rs) {
-                            return FieldText(rs, u"Rel") + QStringLiteral(" : ") +
-                                   FieldText(rs, u"Concept2");
+                            return TextOrEmpty(rs.Value(u"Rel")) + QStringLiteral(" : ") +
+                                   TextOrEmpty(rs.Value(u"Concept2"));
                         });
 }
 
@@ -87,15 +81,15 @@ QStringList ReadAttributeSlots(const QString &identifier)
     return ReadSlotRows(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") +
                             Quoted(identifier) + QStringLiteral(" ORDER BY Attribute"),
                         [](const Recordset &rs) {
-                            return FieldText(rs, u"Attribute") + QStringLiteral(" : ") +
-                                   FieldText(rs, u"Value");
+                            return TextOrEmpty(rs.Value(u"Attribute")) + QStringLiteral(" : ") +
+                                   TextOrEmpty(rs.Value(u"Value"));
                         });
 }
 
 QStringList ReadDomains(const QString &identifier)
 {
     return ReadSlotRows(DomainsQuery(identifier),
-                        [](const Recordset &rs) { return FieldText(rs, u"Concept2"); });
+                        [](const Recordset &rs) { return TextOrEmpty(rs.Value(u"Concept2")); });
 }
 
 SlotLists ReadSlots(const QString &identifier, int type)
@@ -111,13 +105,13 @@ SlotLists ReadSlots(const QString &identifier, int type)
                 QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = ") + Quoted(identifier) +
                     QStringLiteral(" AND Attribute = ") + Quoted(QStringLiteral("RANGE")) +
                     QStringLiteral(" ORDER BY Attribute"),
-                [](const Recordset &rs) { return FieldText(rs, u"Value"); });
+                [](const Recordset &rs) { return TextOrEmpty(rs.Value(u"Value")); });
         else
             slots.Attrs = ReadSlotRows(
                 QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = ") + Quoted(identifier) +
                     QStringLiteral(" AND Rel = ") + Quoted(QStringLiteral("RANGE")) +
                     QStringLiteral(" ORDER BY Concept2"),
-                [](const Recordset &rs) { return FieldText(rs, u"Concept2"); });
+                [](const Recordset &rs) { return TextOrEmpty(rs.Value(u"Concept2")); });
         return slots;
     }
     slots.RelsLabel = QStringLiteral("LOCAL RELATIONS");

@@ -180,13 +180,7 @@ QString EditRelRelationQuery(const QString &mode)
 
 QStringList ReadConceptColumn(const QString &query)
 {
-    QStringList identifiers;
-    Recordset rs = open(query, dbOpenSnapshot);
-    const FieldRef owner = rs.Fields(u"Concept");
-    for (; !rs.Eof(); rs.MoveNext())
-        identifiers.append(owner.Value().toString());
-    rs.Close();
-    return identifiers;
+    return ReadColumn(Process().OntoDB, query, u"Concept");
 }
 
 bool CheckSlotDialog(const SlotDialogTexts &texts)

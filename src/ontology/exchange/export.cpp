@@ -23,12 +23,6 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-QString text(const Recordset &rs, QStringView field)
-{
-    const QVariant value = rs.Value(field);
-    return value.isNull() ? QString() : value.toString();
-}
-
 QString record(const QString &identifier, const QString &phrase, const QString &filler)
 {
     return QStringLiteral("(") + identifier + QLatin1Char(' ') + phrase + QLatin1Char(' ') +
@@ -41,6 +35,22 @@ QString slotRecord(const QString &identifier, const QString &slot, bool isDefaul
     return record(identifier,
                   slot + QLatin1Char(' ') + (isDefault ? QStringLiteral("DEFAULT") : plain),
                   filler);
+}
+
+// The block's lines before its slots: the IS-A links with the concept's type, the definition,
+// the subclasses; each line with its end.
+QString blockHead(const QString &identifier, const QStringList &parents, int type,
+                  const QString &definition, const QStringList &children)
+{
+    QString head;
+    for (const QString &parent : parents)
+        head += record(identifier, QStringLiteral("IS-A VALUE"),
+                       parent + QLatin1Char(' ') + QString::number(type)) +
+                kCrLf;
+    head += record(identifier, QStringLiteral("DEFINITION VALUE"), definition) + kCrLf;
+    for (const QString &child : children)
+        head += record(identifier, QStringLiteral("SUBCLASSES VALUE"), child) + kCrLf;
+    return head;
 }
 
 void append(QStringList &records, qint16 &count, const QString &line)
@@ -59,10 +69,10 @@ void appendSlots(const QString &identifier, const QString &query, QStringView na
 {
     Recordset rs = Process().OntoDB.OpenRecordset(query, dbOpenSnapshot);
     for (; !rs.Eof(); rs.MoveNext()) {
-        const QString slot = fixedName.isEmpty() ? text(rs, name) : fixedName;
+        const QString slot = fixedName.isEmpty() ? TextOrEmpty(rs.Value(name)) : fixedName;
         const QString kind = rs.Value(u"Default").toBool() ? QStringLiteral("DEFAULT") : plain;
         append(records, count,
-               record(identifier, slot + QLatin1Char(' ') + kind, text(rs, filler)));
+               record(identifier, slot + QLatin1Char(' ') + kind, TextOrEmpty(rs.Value(filler))));
     }
     rs.Close();
 }
@@ -105,25 +115,16 @@ void CollectSlotRecords(const QString &identifier, QStringList &records, qint16 
 
 QString BuildConceptExport(const QString &identifier)
 {
-    QString block;
-    Recordset parents =
-        Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * FROM ISA WHERE Concept = ") +
-                                           Quoted(identifier) + QStringLiteral(" ORDER BY ISA"),
-                                       dbOpenSnapshot);
-    if (parents.RecordCount() > 0) {
-        const QString type = QString::number(ConceptType(identifier));
-        for (; !parents.Eof(); parents.MoveNext())
-            block += record(identifier, QStringLiteral("IS-A VALUE"),
-                            text(parents, u"ISA") + QLatin1Char(' ') + type) +
-                     kCrLf;
-    }
-    parents.Close();
-    block += record(identifier, QStringLiteral("DEFINITION VALUE"), ConceptDefinition(identifier)) +
-             kCrLf;
+    const QStringList parents = ReadColumn(Process().OntoDB,
+                                           QStringLiteral("SELECT * FROM ISA WHERE Concept = ") +
+                                               Quoted(identifier) + QStringLiteral(" ORDER BY ISA"),
+                                           u"ISA");
+    // The type is looked up only for the IS-A records, before the definition.
+    const int type = parents.isEmpty() ? 0 : ConceptType(identifier);
+    const QString definition = ConceptDefinition(identifier);
     QStringList children;
     GetChildren(identifier, children);
-    for (const QString &child : children)
-        block += record(identifier, QStringLiteral("SUBCLASSES VALUE"), child) + kCrLf;
+    QString block = blockHead(identifier, parents, type, definition, children);
     // The array comes in with one empty place per subclass; they are passed over.
     QStringList slots;
     for (qsizetype i = 0; i < children.size(); ++i)
@@ -160,40 +161,41 @@ public:
     {
         Database &db = Process().OntoDB;
         each(db, QStringLiteral("SELECT * FROM CONCEPTS"), [this](const Recordset &rs) {
-            Concept &c = m_concepts[key(text(rs, u"Concept"))];
+            Concept &c = m_concepts[key(TextOrEmpty(rs.Value(u"Concept")))];
             c.Type = rs.Value(u"Type");
             c.Definition = rs.Value(u"Definition");
         });
         each(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
              [this](const Recordset &rs) {
-                 if (Concept *c = find(text(rs, u"Concept")))
-                     c->Parents << text(rs, u"ISA");
+                 if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept"))))
+                     c->Parents << TextOrEmpty(rs.Value(u"ISA"));
              });
         each(db, QStringLiteral("SELECT * FROM ISA ORDER BY ISA, Concept"),
              [this](const Recordset &rs) {
-                 if (Concept *c = find(text(rs, u"ISA")))
-                     c->Children << text(rs, u"Concept");
+                 if (Concept *c = find(TextOrEmpty(rs.Value(u"ISA"))))
+                     c->Children << TextOrEmpty(rs.Value(u"Concept"));
              });
         each(db, QStringLiteral("SELECT * FROM RELATIONS ORDER BY Concept1, Rel, Relation_ID"),
              [this](const Recordset &rs) {
-                 if (Concept *c = find(text(rs, u"Concept1")))
+                 if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept1"))))
                      c->Relations << slot(rs, u"Rel", u"Concept2");
              });
         each(db,
              QStringLiteral("SELECT * FROM RELATIONS WHERE Rel = 'DOMAIN' OR Rel = 'RANGE' ORDER "
                             "BY Concept1, Concept2, Relation_ID"),
              [this](const Recordset &rs) {
-                 Concept *c = find(text(rs, u"Concept1"));
+                 Concept *c = find(TextOrEmpty(rs.Value(u"Concept1")));
                  if (!c)
                      return;
                  const bool domain =
-                     text(rs, u"Rel").compare(QLatin1String("DOMAIN"), Qt::CaseInsensitive) == 0;
+                     TextOrEmpty(rs.Value(u"Rel"))
+                         .compare(QLatin1String("DOMAIN"), Qt::CaseInsensitive) == 0;
                  (domain ? c->Domains : c->RelationRanges) << slot(rs, u"Rel", u"Concept2");
              });
         each(db,
              QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Concept, Attribute, Property_ID"),
              [this](const Recordset &rs) {
-                 Concept *c = find(text(rs, u"Concept"));
+                 Concept *c = find(TextOrEmpty(rs.Value(u"Concept")));
                  if (!c)
                      return;
                  const Slot s = slot(rs, u"Attribute", u"Value");
@@ -212,20 +214,13 @@ public:
             return std::nullopt;
         const Concept &c = *found;
         const int type = c.Type.toInt();
-        QString block;
-        for (const QString &parent : c.Parents)
-            block += record(identifier, QStringLiteral("IS-A VALUE"),
-                            parent + QLatin1Char(' ') + QString::number(type)) +
-                     kCrLf;
         QString definition = QStringLiteral("Undefined");
         if (!c.Definition.isNull()) {
             definition = c.Definition.toString();
             FlattenLines(definition);
             definition = Quoted(definition);
         }
-        block += record(identifier, QStringLiteral("DEFINITION VALUE"), definition) + kCrLf;
-        for (const QString &child : c.Children)
-            block += record(identifier, QStringLiteral("SUBCLASSES VALUE"), child) + kCrLf;
+        QString block = blockHead(identifier, c.Parents, type, definition, c.Children);
         const auto slots = [&](const QList<Slot> &list, const QString &fixed,
                                const QString &plain) {
             for (const Slot &s : list)
@@ -258,7 +253,8 @@ private:
     }
     static Slot slot(const Recordset &rs, QStringView name, QStringView filler)
     {
-        return {text(rs, name), rs.Value(u"Default").toBool(), text(rs, filler)};
+        return {TextOrEmpty(rs.Value(name)), rs.Value(u"Default").toBool(),
+                TextOrEmpty(rs.Value(filler))};
     }
     static void each(Database &db, const QString &query,
                      const std::function<void(const Recordset &)> &row)

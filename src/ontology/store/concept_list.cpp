@@ -87,7 +87,7 @@ const QStringList &ListRows::page(qsizetype index)
     rs.SetBookmark(index * kPageRows);
     for (; rows.size() < kPageRows && !rs.Eof(); rs.MoveNext()) {
         const QVariant value = source.Value();
-        rows.append(value.isNull() ? QString() : value.toString());
+        rows.append(TextOrEmpty(value));
     }
     if (kept)
         rs.SetBookmark(*kept);

@@ -20,18 +20,6 @@ namespace {
 const QString kErrorTitle = QStringLiteral("Error");
 constexpr int MaxDescription = 50;
 
-QStringList column(const QString &query, QStringView name)
-{
-    QStringList values;
-    Recordset rs = Process().TermDB.OpenRecordset(query, dbOpenSnapshot);
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const QVariant value = rs.Value(name);
-        values.append(value.isNull() ? QString() : value.toString());
-    }
-    rs.Close();
-    return values;
-}
-
 // A new element numbered after the highest in use.
 qint32 addElement(TermbaseEditor &editor, const QString &category, qint32 parent)
 {
@@ -89,9 +77,10 @@ bool valueAccepted(const AssertInput &input)
     }
     if (input.From == AssertInput::Source::Picklist && input.CategoryId.size() > 0 &&
         !isBackmatterReference(input.CategoryId) &&
-        !column(QStringLiteral("SELECT * from picklists WHERE categoryID = ") +
-                    Quoted(input.CategoryId),
-                u"Value")
+        !ReadColumn(Process().TermDB,
+                    QStringLiteral("SELECT * from picklists WHERE categoryID = ") +
+                        Quoted(input.CategoryId),
+                    u"Value")
              .contains(input.Value)) {
         UI().MsgBox(QStringLiteral("The value ") + input.Value +
                         QStringLiteral(" is not in the list of this category."),
@@ -162,37 +151,30 @@ void assertEntry(TermbaseEditor &editor, const AssertInput &input, AssertResult 
     result.Written = true;
 }
 
+// The first record whose value is `value`.
+std::optional<qint32> elementWithValue(const QList<RecordValue> &records, const QString &value)
+{
+    for (const RecordValue &r : records) {
+        if (r.Value == value)
+            return r.Element;
+    }
+    return std::nullopt;
+}
+
 // A pointer to the backmatter record whose value is the chosen text; 0 when none has it.
 void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
                                AssertResult &result)
 {
     const QString &id = input.CategoryId;
-    QString source = QStringLiteral("x10.20");
-    if (text::Like(id, u"10.2.2.*"))
-        source = QStringLiteral("x10.2.2");
-    else if (id == QLatin1String("10.21.1") || id == QLatin1String("10.21.2"))
-        source = QStringLiteral("x") + id;
-    else if (id == QLatin1String("4"))
-        source = QStringLiteral("xx4");
-    Recordset rs = Process().TermDB.OpenRecordset(
-        QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values ON "
-                       "elements.elemID = text_values.elemID WHERE categoryID = ") +
-            Quoted(source),
-        dbOpenSnapshot);
-    if (rs.RecordCount() < 1) {
+    const QList<RecordValue> records =
+        RecordValues(BackmatterSource(id), QStringLiteral("text_values"));
+    if (records.isEmpty()) {
         // An empty backmatter: the element stands without a pointer.
         addElement(editor, id, input.Parent);
         result.Written = true;
         return;
     }
-    qint32 target = 0;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        if (rs.Value(u"value").toString() == input.Value) {
-            target = rs.Value(u"elemID").toInt();
-            break;
-        }
-    }
-    rs.Close();
+    const qint32 target = elementWithValue(records, input.Value).value_or(0);
     // A record removed since the list was filled: a pointer to it could only point nowhere.
     if (target == 0) {
         UI().MsgBox(QStringLiteral("The record ") + input.Value +
@@ -210,19 +192,8 @@ void assertBackmatterReference(TermbaseEditor &editor, const AssertInput &input,
 std::optional<qint32> refTarget(const AssertInput &input)
 {
     const QString record = RefRecordCategory(input.CategoryId);
-    if (record == QLatin1String("x4.2") || record == QLatin1String("x9.2") ||
-        record == QLatin1String("x10.3")) {
-        Recordset rs = Process().TermDB.OpenRecordset(
-            QStringLiteral("SELECT text_values.elemID, value from elements INNER JOIN text_values "
-                           "ON elements.elemID = text_values.elemID WHERE categoryID = ") +
-                Quoted(record),
-            dbOpenSnapshot);
-        for (; !rs.Eof(); rs.MoveNext()) {
-            if (rs.Value(u"value").toString() == input.Value)
-                return rs.Value(u"elemID").toInt();
-        }
-        return std::nullopt;
-    }
+    if (RecordValueTable(record) == QLatin1String("text_values"))
+        return elementWithValue(RecordValues(record, QStringLiteral("text_values")), input.Value);
     Recordset &refs = Process().rsRefValues;
     refs.SetIndex(QStringLiteral("value"));
     refs.Seek(u"=", input.Value);
@@ -271,22 +242,18 @@ void assertGeneral(TermbaseEditor &editor, const AssertInput &input, bool needsL
         addRow("elements_use_lang", {{u"elemID", element}, {u"langID", input.Language}});
 }
 
-bool trueText(const QString &text)
-{
-    return text == QLatin1String("true") || text == QLatin1String("True") ||
-           text == QLatin1String("-1");
-}
-
 } // namespace
 
 QStringList ReadTermbaseConcepts()
 {
-    return column(QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"), u"Concept");
+    return ReadColumn(Process().TermDB, QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"),
+                      u"Concept");
 }
 
 QStringList ReadLanguageCodes()
 {
-    return column(QStringLiteral("SELECT * FROM langs ORDER BY langID"), u"langID");
+    return ReadColumn(Process().TermDB, QStringLiteral("SELECT * FROM langs ORDER BY langID"),
+                      u"langID");
 }
 
 AssertResult AssertElement(TermbaseEditor &editor, const AssertInput &input)
@@ -314,15 +281,7 @@ AssertResult AssertElement(TermbaseEditor &editor, const AssertInput &input)
         assertBackmatterReference(editor, input, result);
     } else {
         result.Went = AssertResult::Branch::General;
-        // needs_lang of the category, as the pane's table holds it.
-        bool needsLang = false;
-        for (const QStringList &row : Process().DataCats) {
-            if (row.value(dcId) == id) {
-                needsLang = trueText(row.value(dcNeedsLang));
-                break;
-            }
-        }
-        assertGeneral(editor, input, needsLang, result);
+        assertGeneral(editor, input, CategoryNeedsLang(id), result);
     }
     return result;
 }

@@ -19,12 +19,6 @@ namespace {
 
 const QString kErrorTitle = QStringLiteral("Error");
 
-QString field(const Recordset &rs, QStringView name)
-{
-    const QVariant value = rs.Value(name);
-    return value.isNull() ? QString() : value.toString();
-}
-
 // Where each category stands in DataCats, so that a lookup needn't walk the table.
 QHash<QString, qsizetype> &RowIndex()
 {
@@ -32,7 +26,9 @@ QHash<QString, qsizetype> &RowIndex()
     return index;
 }
 
-const QStringList *CategoryRow(const QString &categoryId)
+} // namespace
+
+const QStringList *DataCatRow(const QString &categoryId)
 {
     const QList<QStringList> &cats = Process().DataCats;
     const qsizetype at = RowIndex().value(categoryId, -1);
@@ -46,9 +42,19 @@ const QStringList *CategoryRow(const QString &categoryId)
     return nullptr;
 }
 
+bool CategoryNeedsLang(const QString &categoryId)
+{
+    const QStringList *row = DataCatRow(categoryId);
+    const QString flag = row ? row->value(dcNeedsLang) : QString();
+    return flag.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0 ||
+           flag == QLatin1String("-1");
+}
+
+namespace {
+
 QString CategoryColumn(const QString &categoryId, DataCatColumn column)
 {
-    const QStringList *row = CategoryRow(categoryId);
+    const QStringList *row = DataCatRow(categoryId);
     return row ? row->value(column) : QString();
 }
 
@@ -63,8 +69,9 @@ bool isBackmatterReference(const QString &id)
            like(id, "10.21.?");
 }
 
-// The record category a reference to the backmatter lists.
-QString sourceContainer(const QString &id)
+} // namespace
+
+QString BackmatterSource(const QString &id)
 {
     if (id == QLatin1String("4"))
         return QStringLiteral("xx4");
@@ -73,18 +80,6 @@ QString sourceContainer(const QString &id)
         return QStringLiteral("x") + id;
     return QStringLiteral("x10.2.2");
 }
-
-QStringList valueColumn(const QString &query, QStringView name)
-{
-    QStringList values;
-    Recordset rs = Process().TermDB.OpenRecordset(query, dbOpenSnapshot);
-    for (; !rs.Eof(); rs.MoveNext())
-        values.append(field(rs, name));
-    rs.Close();
-    return values;
-}
-
-} // namespace
 
 void LoadCategoryTable()
 {
@@ -111,7 +106,7 @@ void LoadCategoryTable()
         QStringList row;
         for (int source : sources) {
             const QVariant value = rs.Fields(source).Value();
-            row.append(value.isNull() ? QString() : value.toString());
+            row.append(TextOrEmpty(value));
         }
         RowIndex().insert(row.first(), p.DataCats.size());
         p.DataCats.append(row);
@@ -144,7 +139,7 @@ QString ElementCategory(qint32 elemId)
             msg::OKOnly, kErrorTitle);
         return {};
     }
-    return field(rs, u"categoryID");
+    return TextOrEmpty(rs.Value(u"categoryID"));
 }
 
 QString ElementConcept(qint32 elemId)
@@ -157,12 +152,12 @@ QString ElementConcept(qint32 elemId)
         p.rsElements.Seek(u"=", at);
         if (p.rsElements.NoMatch())
             return {};
-        if (field(p.rsElements, u"categoryID") == QLatin1String("0.3"))
+        if (TextOrEmpty(p.rsElements.Value(u"categoryID")) == QLatin1String("0.3"))
             break;
         at = p.rsElements.Value(u"parentID").toInt();
     }
     p.rsTEConcepts.Seek(u"=", at);
-    return p.rsTEConcepts.NoMatch() ? QString() : field(p.rsTEConcepts, u"Concept");
+    return p.rsTEConcepts.NoMatch() ? QString() : TextOrEmpty(p.rsTEConcepts.Value(u"Concept"));
 }
 
 QList<CategoryNode> ReadCategoryTree()
@@ -178,9 +173,10 @@ QList<CategoryNode> ReadCategoryTree()
                 Quoted(Process().TermMeta.DCLang) + QStringLiteral(" ORDER BY datcats.categoryID"),
             dbOpenSnapshot);
         for (; !rs.Eof(); rs.MoveNext()) {
-            const QString id = field(rs, u"categoryID");
-            children[field(rs, u"parentCatID").toCaseFolded()].append({id, field(rs, u"name"), {}});
-            names.insert(id, field(rs, u"name"));
+            const QString id = TextOrEmpty(rs.Value(u"categoryID"));
+            children[TextOrEmpty(rs.Value(u"parentCatID")).toCaseFolded()].append(
+                {id, TextOrEmpty(rs.Value(u"name")), {}});
+            names.insert(id, TextOrEmpty(rs.Value(u"name")));
         }
     }
     QSet<QString> placed; // a loop of parents in a damaged file is cut where it closes
@@ -219,7 +215,7 @@ QSet<QString> ValidChildCategories(const QString &category)
             Quoted(category) + QStringLiteral(" OR parentCategoryID = 'all'"),
         dbOpenSnapshot);
     for (; !rs.Eof(); rs.MoveNext())
-        valid.insert(field(rs, u"childCategoryID").toCaseFolded());
+        valid.insert(TextOrEmpty(rs.Value(u"childCategoryID")).toCaseFolded());
     rs.Close();
     return valid;
 }
@@ -248,31 +244,49 @@ QString RefRecordCategory(const QString &id)
     return {};
 }
 
+QString RecordValueTable(const QString &recordCategory)
+{
+    const bool asText = recordCategory == QLatin1String("x4.2") ||
+                        recordCategory == QLatin1String("x9.2") ||
+                        recordCategory == QLatin1String("x10.3");
+    return asText ? QStringLiteral("text_values") : QStringLiteral("ref_values");
+}
+
+QList<RecordValue> RecordValues(const QString &recordCategory, const QString &table)
+{
+    QList<RecordValue> records;
+    Recordset rs = Process().TermDB.OpenRecordset(
+        QStringLiteral("SELECT ") + table +
+            QStringLiteral(".elemID, value from elements INNER JOIN ") + table +
+            QStringLiteral(" ON elements.elemID = ") + table +
+            QStringLiteral(".elemID WHERE categoryID = ") + Quoted(recordCategory),
+        dbOpenSnapshot);
+    for (; !rs.Eof(); rs.MoveNext())
+        records.append({rs.Value(u"elemID").toInt(), TextOrEmpty(rs.Value(u"value"))});
+    rs.Close();
+    return records;
+}
+
 // Records of a classification system, a concept system and a subset keep their value as text:
 // they are looked for where they are written.
 QStringList CollectRefValues(const QString &categoryId)
 {
     const QString record = RefRecordCategory(categoryId);
-    const bool asText = record == QLatin1String("x4.2") || record == QLatin1String("x9.2") ||
-                        record == QLatin1String("x10.3");
-    const QString table = asText ? QStringLiteral("text_values") : QStringLiteral("ref_values");
-    return valueColumn(QStringLiteral("SELECT categoryID, value from elements INNER JOIN ") +
-                           table + QStringLiteral(" ON elements.elemID = ") + table +
-                           QStringLiteral(".elemID WHERE categoryID = ") + Quoted(record),
-                       u"value");
+    QStringList values;
+    for (const RecordValue &r : RecordValues(record, RecordValueTable(record)))
+        values.append(r.Value);
+    return values;
 }
 
 CategoryEditor ChooseCategoryEditor(const QString &id)
 {
     using Control = CategoryEditor::Control;
     CategoryEditor editor;
-    const QStringList *row = CategoryRow(id);
+    const QStringList *row = DataCatRow(id);
     const QString valueType = row ? row->value(dcValueType) : QString();
     const QString gi = row ? row->value(dcGI) : QString();
     editor.Name = row ? row->value(dcName) : QString();
-    const QString needsLang = row ? row->value(dcNeedsLang) : QString();
-    editor.NeedsLang = needsLang == QLatin1String("true") || needsLang == QLatin1String("-1") ||
-                       needsLang == QLatin1String("True");
+    editor.NeedsLang = CategoryNeedsLang(id);
     if (id == QLatin1String("1")) {
         editor.Shown = Control::Text;
         return editor;
@@ -282,11 +296,9 @@ CategoryEditor ChooseCategoryEditor(const QString &id)
         return editor;
     }
     if (isBackmatterReference(id)) {
-        editor.Values = valueColumn(
-            QStringLiteral("SELECT value from elements INNER JOIN text_values ON elements.elemID "
-                           "= text_values.elemID WHERE categoryID = ") +
-                Quoted(sourceContainer(id)),
-            u"value");
+        for (const RecordValue &r :
+             RecordValues(BackmatterSource(id), QStringLiteral("text_values")))
+            editor.Values.append(r.Value);
         editor.Shown = editor.Values.isEmpty() ? Control::NoElements : Control::BackmatterList;
         return editor;
     }
@@ -313,7 +325,8 @@ CategoryEditor ChooseCategoryEditor(const QString &id)
         editor.Shown = Control::Text;
     } else if (valueType == QLatin1String("picklist")) {
         editor.Shown = Control::Picklist;
-        editor.Values = valueColumn(
+        editor.Values = ReadColumn(
+            Process().TermDB,
             QStringLiteral("SELECT * from picklists WHERE categoryID = ") + Quoted(id), u"Value");
     } else if (valueType == QLatin1String("date")) {
         editor.Shown = Control::Date;

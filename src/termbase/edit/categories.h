@@ -20,6 +20,11 @@ QString CategoryName(const QString &categoryId);
 QString CategoryType(const QString &categoryId);
 QString CategoryGI(const QString &categoryId);
 
+// The DataCats row of a category, or null for an unknown one.
+const QStringList *DataCatRow(const QString &categoryId);
+// Whether the category's value carries a language (needs_lang).
+bool CategoryNeedsLang(const QString &categoryId);
+
 // The category of an element; for a number no element has, the GL001 message and empty.
 QString ElementCategory(qint32 elemId);
 // The concept of the term entry that holds an element: walking up to the entry ("0.3"), its
@@ -47,6 +52,19 @@ bool IsValidChild(const QSet<QString> &valid, const QString &categoryId);
 QString RefRecordCategory(const QString &categoryId);
 // The values of the records a reference category may point at, in the order of the rows.
 QStringList CollectRefValues(const QString &categoryId);
+
+// The record category that a reference to the backmatter (a responsible, "10.20", "4", a URL
+// or an FPI) takes its values from.
+QString BackmatterSource(const QString &categoryId);
+// Where records of `recordCategory` keep their value: the records of a classification system,
+// a concept system and a subset as text, the others in ref_values.
+QString RecordValueTable(const QString &recordCategory);
+// The records of `recordCategory` with the value each keeps in `table`, in the order of the rows.
+struct RecordValue {
+    qint32 Element = 0;
+    QString Value;
+};
+QList<RecordValue> RecordValues(const QString &recordCategory, const QString &table);
 
 // What a click on a category puts on the edit frame.
 struct CategoryEditor {

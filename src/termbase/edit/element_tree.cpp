@@ -44,7 +44,7 @@ bool inRange(const QString &id, const char *low, const char *high)
 QString fieldText(const Recordset &rs, int column)
 {
     const QVariant value = rs.Fields(column).Value();
-    return value.isNull() ? QString() : value.toString();
+    return TextOrEmpty(value);
 }
 
 // The value column of the first row found by elemID, or nothing.
@@ -56,7 +56,7 @@ std::optional<QString> seekValue(Recordset &rs, qint32 elemId, QStringView colum
     if (rs.NoMatch())
         return std::nullopt;
     const QVariant value = rs.Value(column);
-    return value.isNull() ? QString() : value.toString();
+    return TextOrEmpty(value);
 }
 
 // The table, its value column and the join that gives the values of every child of a parent.
