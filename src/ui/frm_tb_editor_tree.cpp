@@ -24,6 +24,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
+#include <numeric>
+#include <vector>
 
 namespace lx::ui {
 
@@ -31,39 +34,79 @@ namespace {
 
 const QString BodyText = QStringLiteral("body");
 
-// Drawing an image costs far more than a node: each kind is drawn once.
-const QIcon &KindIcon(const QString &kind)
+// What the nodes of one kind and category share, image included (drawing an image costs far
+// more than a node). A branch of a hundred thousand entries holds one of these, not a copy in
+// each node; they live as long as the program.
+struct NodeClass {
+    QString Kind;
+    QString Category;
+    QIcon Icon;
+};
+
+const NodeClass *ClassOf(const QString &kind, const QString &category)
 {
-    static QHash<QString, QIcon> icons;
-    auto found = icons.find(kind);
-    if (found == icons.end())
-        found = icons.insert(kind, Image(kind));
-    return *found;
+    static std::map<std::pair<QString, QString>, NodeClass> classes;
+    auto found = classes.find({kind, category});
+    if (found == classes.end())
+        found = classes.emplace(std::pair{kind, category}, NodeClass{kind, category, Image(kind)})
+                    .first;
+    return &found->second;
 }
 
-// A node of an element: its number, kind and category kept beside the text, the image got from
-// the kind. A branch may hold a hundred thousand of them, so nothing more is stored per node.
+// A node of an element: its number, its class and its text. A branch may hold a hundred
+// thousand of them, so the item keeps its text itself (shared with the text read) and nothing
+// more than these.
 class ElementItem : public QTreeWidgetItem {
 public:
     static constexpr int Type = QTreeWidgetItem::UserType + 1;
 
-    ElementItem(qint32 elemId, const QString &kind, const QString &text, const QString &category)
-        : QTreeWidgetItem(Type), ElemID(elemId), Kind(kind), Category(category)
-    {
-        setText(0, text);
-    }
+    ElementItem(qint32 elemId, const NodeClass *of, const QString &text)
+        : QTreeWidgetItem(Type), ElemID(elemId), Class(of), m_text(text)
+    {}
 
     QVariant data(int column, int role) const override
     {
         if (column == 0 && role == Qt::DecorationRole)
-            return KindIcon(Kind);
+            return Class->Icon;
+        if (column == 0 && (role == Qt::DisplayRole || role == Qt::EditRole))
+            return m_text;
         return QTreeWidgetItem::data(column, role);
     }
 
+    void setData(int column, int role, const QVariant &value) override
+    {
+        if (column != 0 || (role != Qt::DisplayRole && role != Qt::EditRole)) {
+            QTreeWidgetItem::setData(column, role, value);
+            return;
+        }
+        const QString text = value.toString();
+        if (text == m_text)
+            return;
+        m_text = text;
+        emitDataChanged();
+    }
+
     const qint32 ElemID;
-    const QString Kind;
-    const QString Category;
+    const NodeClass *const Class;
     bool SortsChildren = false; // "body": its entries stand in the order of their concepts
+
+private:
+    QString m_text;
+};
+
+// The placeholder child that stands for a branch not read yet; its text is the marker.
+class PlaceholderItem : public QTreeWidgetItem {
+public:
+    static constexpr int Type = QTreeWidgetItem::UserType + 2;
+
+    PlaceholderItem() : QTreeWidgetItem(Type) {}
+
+    QVariant data(int column, int role) const override
+    {
+        if (column == 0 && role == Qt::DisplayRole)
+            return PlaceholderText;
+        return QTreeWidgetItem::data(column, role);
+    }
 };
 
 const ElementItem *AsElement(const QTreeWidgetItem *node)
@@ -74,12 +117,12 @@ const ElementItem *AsElement(const QTreeWidgetItem *node)
 
 void AddPlaceholder(QTreeWidgetItem *node)
 {
-    node->addChild(new QTreeWidgetItem(QStringList{PlaceholderText}));
+    node->addChild(new PlaceholderItem);
 }
 
 bool IsPlaceholder(const QTreeWidgetItem *node)
 {
-    return node && !AsElement(node) && node->text(0) == PlaceholderText;
+    return node && node->type() == PlaceholderItem::Type;
 }
 
 QTreeWidgetItem *ChildWithKey(QTreeWidgetItem *node, const QString &key)
@@ -138,13 +181,13 @@ QString frmTBEDitor::NodeKey(const QTreeWidgetItem *node)
 QString frmTBEDitor::NodeKind(const QTreeWidgetItem *node)
 {
     const ElementItem *element = AsElement(node);
-    return element ? element->Kind : QString();
+    return element ? element->Class->Kind : QString();
 }
 
 QString frmTBEDitor::NodeCategory(const QTreeWidgetItem *node)
 {
     const ElementItem *element = AsElement(node);
-    return element ? element->Category : QString();
+    return element ? element->Class->Category : QString();
 }
 
 void frmTBEDitor::buildElementTree()
@@ -180,27 +223,33 @@ void frmTBEDitor::buildElementTree()
 void frmTBEDitor::LoadRootNode()
 {
     Tree1->clear();
-    auto *root =
-        new ElementItem(1, RootKind, CategoryName(QStringLiteral("0")), QStringLiteral("0"));
+    auto *root = new ElementItem(1, ClassOf(RootKind, QStringLiteral("0")),
+                                 CategoryName(QStringLiteral("0")));
     AddPlaceholder(root);
     Tree1->addTopLevelItem(root);
 }
 
 void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
 {
-    QList<ElementNode> children =
+    const QList<ElementNode> children =
         ReadElementChildren(KeyElement(NodeKey(node)), NodeKind(node) == RootKind);
+    // The order is worked out on indices: the nodes themselves stay where they are.
+    std::vector<qsizetype> order(size_t(children.size()));
+    std::iota(order.begin(), order.end(), 0);
     const ElementItem *parent = AsElement(node);
     if (parent && parent->SortsChildren) {
-        std::stable_sort(children.begin(), children.end(),
-                         [](const ElementNode &a, const ElementNode &b) {
-                             return text::CompareText(a.Text, b.Text) < 0;
-                         });
+        std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) {
+            return text::CompareText(children[a].Text, children[b].Text) < 0;
+        });
     }
     QList<QTreeWidgetItem *> items;
     items.reserve(children.size());
-    for (const ElementNode &child : std::as_const(children)) {
-        auto *item = new ElementItem(child.ElemID, child.Kind, child.Text, child.CategoryID);
+    const NodeClass *of = nullptr;
+    for (const qsizetype i : order) {
+        const ElementNode &child = children[i];
+        if (!of || of->Kind != child.Kind || of->Category != child.CategoryID)
+            of = ClassOf(child.Kind, child.CategoryID);
+        auto *item = new ElementItem(child.ElemID, of, child.Text);
         item->SortsChildren = child.Text == BodyText;
         if (child.HasChildren)
             AddPlaceholder(item);

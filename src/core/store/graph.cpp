@@ -25,6 +25,28 @@ QString fieldName(const TableDef &def, QStringView name)
     return def.Fields[size_t(i)].Name;
 }
 
+QString qualifiedField(Database &db, QStringView table, QStringView field)
+{
+    const TableDef &def = detail::DatabaseAccess::connection(db).table(table);
+    return sql::SqlIdentifier(def.Name) + QLatin1Char('.') +
+           sql::SqlIdentifier(fieldName(def, field));
+}
+
+QString cellText(const Cell &cell)
+{
+    switch (cell.kind) {
+    case Cell::Text:
+        return QString::fromUtf8(cell.text.data(), qsizetype(cell.text.size()));
+    case Cell::Integer:
+        return QString::number(cell.integer);
+    case Cell::Real:
+        return QString::number(cell.real);
+    case Cell::Null:
+        break;
+    }
+    return QString();
+}
+
 } // namespace
 
 LinkTable::LinkTable(Database &db, QStringView table, QStringView childField,
@@ -79,6 +101,58 @@ void LinkTable::allRows(const std::function<void(std::string_view, std::string_v
     detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(m_allSql);
     while (stmt.step())
         row(stmt.cell(0).text, stmt.cell(1).text);
+}
+
+TreeTable::TreeTable(Database &db, QStringView table, QStringView idField, QStringView parentField)
+    : m_db(db)
+{
+    const TableDef &def = detail::DatabaseAccess::connection(db).table(table);
+    m_tableName = def.Name;
+    m_table = sql::SqlIdentifier(def.Name);
+    m_id = sql::SqlIdentifier(fieldName(def, idField));
+    m_parent = sql::SqlIdentifier(fieldName(def, parentField));
+    detail::DatabaseAccess::connection(db).exec(QStringLiteral("SAVEPOINT tree_level"));
+}
+
+TreeTable::~TreeTable()
+{
+    try {
+        detail::DatabaseAccess::connection(m_db).exec(QStringLiteral("RELEASE tree_level"));
+    } catch (const StoreError &) {
+        // Nothing was written: a read that can't end leaves nothing to undo.
+    }
+}
+
+void TreeTable::children(std::int64_t parent, QStringView field, bool ordered,
+                         const std::function<void(std::int64_t, const QString &, bool)> &row)
+{
+    const QString f = qualifiedField(m_db, m_tableName, field);
+    QString text = QStringLiteral("SELECT %1.%2, %3, EXISTS (SELECT 1 FROM %1 AS below WHERE "
+                                  "below.%4 = %1.%2) FROM %1 WHERE %1.%4 = ?1")
+                       .arg(m_table, m_id, f, m_parent);
+    if (ordered)
+        text += QStringLiteral(" ORDER BY ") + f;
+    detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
+    stmt.bindInt(1, parent);
+    while (stmt.step())
+        row(stmt.integer(0), cellText(stmt.cell(1)), stmt.integer(2) != 0);
+}
+
+void TreeTable::childValues(std::int64_t parent, QStringView valueTable, QStringView valueIdField,
+                            QStringView valueField,
+                            const std::function<void(std::int64_t, const QString &)> &found)
+{
+    const QString id = qualifiedField(m_db, valueTable, valueIdField);
+    const QString value = qualifiedField(m_db, valueTable, valueField);
+    const QString values =
+        sql::SqlIdentifier(detail::DatabaseAccess::connection(m_db).table(valueTable).Name);
+    const QString text =
+        QStringLiteral("SELECT %1, %2 FROM %3 INNER JOIN %4 ON %1 = %4.%5 WHERE %4.%6 = ?1")
+            .arg(id, value, values, m_table, m_id, m_parent);
+    detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
+    stmt.bindInt(1, parent);
+    while (stmt.step())
+        found(stmt.integer(0), cellText(stmt.cell(1)));
 }
 
 } // namespace lx::store

@@ -54,4 +54,35 @@ private:
     QString m_rowsSql;
 };
 
+// A table whose rows name their parent row by number (idField, parentField), read a level at a
+// time for a tree that shows one branch at a time: a level of a hundred thousand rows is one
+// read of the table and one of each value table, streamed, without a copy of the rows. Table and
+// field names are checked against the file's catalog (3011, 3265); numbers are bound. Its reads
+// form one read transaction, from construction to destruction.
+class TreeTable {
+public:
+    TreeTable(Database &db, QStringView table, QStringView idField, QStringView parentField);
+    ~TreeTable();
+    TreeTable(const TreeTable &) = delete;
+    TreeTable &operator=(const TreeTable &) = delete;
+
+    // Calls `row` with each row under `parent`: its number, its `field` and whether some row
+    // names it as parent. In the order of `field` (the column's text order), or in the table's
+    // order when `ordered` is false.
+    void children(
+        std::int64_t parent, QStringView field, bool ordered,
+        const std::function<void(std::int64_t id, const QString &value, bool hasChildren)> &row);
+
+    // Calls `found` with each row under `parent` that has a row in `valueTable` (its
+    // `valueIdField` holding the number) and that row's `valueField`, Null as the empty text.
+    void childValues(std::int64_t parent, QStringView valueTable, QStringView valueIdField,
+                     QStringView valueField,
+                     const std::function<void(std::int64_t id, const QString &value)> &found);
+
+private:
+    Database m_db;
+    QString m_tableName;             // as the catalog has it
+    QString m_table, m_id, m_parent; // as they go into a query
+};
+
 } // namespace lx::store

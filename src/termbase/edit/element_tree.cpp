@@ -2,6 +2,7 @@
 
 #include "core/process.h"
 #include "core/store/database.h"
+#include "core/store/graph.h"
 #include "core/store/types.h"
 #include "core/text/collation.h"
 #include "core/text/like.h"
@@ -10,8 +11,10 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <functional>
+#include <vector>
 
 namespace lx {
 
@@ -41,12 +44,6 @@ bool inRange(const QString &id, const char *low, const char *high)
            text::CompareText(id, QString::fromLatin1(high)) <= 0;
 }
 
-QString fieldText(const Recordset &rs, int column)
-{
-    const QVariant value = rs.Fields(column).Value();
-    return TextOrEmpty(value);
-}
-
 // The value column of the first row found by elemID, or nothing.
 std::optional<QString> seekValue(Recordset &rs, qint32 elemId, QStringView column)
 {
@@ -59,7 +56,7 @@ std::optional<QString> seekValue(Recordset &rs, qint32 elemId, QStringView colum
     return TextOrEmpty(value);
 }
 
-// The table, its value column and the join that gives the values of every child of a parent.
+// The table and value column of a source of values.
 struct SourceTable {
     const char *table;
     const char *column;
@@ -125,40 +122,6 @@ ElementLook look(qint32 elemId, const CategoryLook &category, const ValueOf &val
     default:
         return {rule.Kind, orName(valueOf(rule.Source, elemId))};
     }
-}
-
-// The values of one source for every child of `parentId` that has a row, by element.
-QHash<qint32, QString> childValues(ElementSource source, qint32 parentId)
-{
-    QHash<qint32, QString> values;
-    const std::optional<SourceTable> table = tableOf(source);
-    if (!table)
-        return values;
-    const QString t = QString::fromLatin1(table->table);
-    Recordset rs = Process().TermDB.OpenRecordset(
-        QStringLiteral("SELECT %1.elemID, %1.%2 FROM %1 INNER JOIN elements ON %1.elemID = "
-                       "elements.elemID WHERE elements.parentID = %3")
-            .arg(t, QString::fromLatin1(table->column), QString::number(parentId)),
-        dbOpenSnapshot);
-    for (; !rs.Eof(); rs.MoveNext())
-        values.insert(rs.Fields(0).Value().toInt(), fieldText(rs, 1));
-    rs.Close();
-    return values;
-}
-
-// The children of `parentId` that have children of their own, in one read.
-QSet<qint32> childrenWithChildren(qint32 parentId)
-{
-    QSet<qint32> parents;
-    Recordset rs = Process().TermDB.OpenRecordset(
-        QStringLiteral("SELECT DISTINCT grand.parentID FROM elements INNER JOIN elements AS "
-                       "grand ON grand.parentID = elements.elemID WHERE elements.parentID = ") +
-            QString::number(parentId),
-        dbOpenSnapshot);
-    for (; !rs.Eof(); rs.MoveNext())
-        parents.insert(rs.Fields(0).Value().toInt());
-    rs.Close();
-    return parents;
 }
 
 } // namespace
@@ -299,51 +262,62 @@ ElementLook ClassifyElement(qint32 elemId, const QString &categoryId)
 
 QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
 {
+    // A branch may hold a hundred thousand children: the level is read once with whether each
+    // child has children of its own, each value table once for the whole level, and each
+    // category's text and look are worked out once and shared by its nodes.
     QList<ElementNode> nodes;
-    {
-        QString sql =
-            QStringLiteral("SELECT * from elements WHERE parentID = ") + QString::number(elemId);
-        if (!ofRoot)
-            sql += QStringLiteral(" ORDER BY CategoryID");
-        Recordset rs = Process().TermDB.OpenRecordset(sql, dbOpenSnapshot);
-        if (rs.RecordCount() < 1)
-            return nodes;
-        rs.MoveLast();
-        rs.MoveFirst();
-        nodes.reserve(rs.RecordCount());
-        for (; !rs.Eof(); rs.MoveNext()) {
-            ElementNode node;
-            node.ElemID = rs.Fields(0).Value().toInt();
-            node.CategoryID = fieldText(rs, 1);
-            nodes.append(node);
-        }
-        rs.Close();
-    }
-
-    // Each value table is read once for all the children that need it, not once per child.
     QHash<QString, CategoryLook> categories;
-    QHash<ElementSource, QHash<qint32, QString>> values;
-    for (const ElementNode &node : std::as_const(nodes)) {
-        if (categories.contains(node.CategoryID))
-            continue;
-        const CategoryLook &category =
-            *categories.insert(node.CategoryID, categoryLook(node.CategoryID));
+    QHash<qint32, qsizetype> at;
+    TreeTable level(Process().TermDB, u"elements", u"elemID", u"parentID");
+    level.children(elemId, u"categoryID", !ofRoot,
+                   [&](std::int64_t id, const QString &category, bool hasChildren) {
+                       auto known = categories.find(category);
+                       if (known == categories.end())
+                           known = categories.insert(category, categoryLook(category));
+                       ElementNode node;
+                       node.ElemID = qint32(id);
+                       node.CategoryID = known.key();
+                       node.HasChildren = hasChildren;
+                       at.insert(node.ElemID, nodes.size());
+                       nodes.append(node);
+                   });
+
+    std::vector<bool> done(size_t(nodes.size()), false);
+    std::vector<ElementSource> sources;
+    for (const CategoryLook &category : std::as_const(categories)) {
         const ElementSource source = category.rule.Source;
-        if (tableOf(source) && !values.contains(source))
-            values.insert(source, childValues(source, elemId));
+        if (tableOf(source) && std::find(sources.begin(), sources.end(), source) == sources.end())
+            sources.push_back(source);
     }
-    const ValueOf valueOf = [&](ElementSource source, qint32 id) -> std::optional<QString> {
-        const QHash<qint32, QString> &of = values[source];
-        const auto found = of.constFind(id);
-        return found == of.cend() ? std::nullopt : std::optional<QString>(*found);
-    };
-    const QSet<qint32> withChildren = childrenWithChildren(elemId);
-    for (ElementNode &node : nodes) {
-        const ElementLook seen = look(node.ElemID, *categories.constFind(node.CategoryID), valueOf);
-        node.Key = ElementKey(node.ElemID);
+    for (const ElementSource source : sources) {
+        const SourceTable table = *tableOf(source);
+        level.childValues(
+            elemId, QString::fromLatin1(table.table), u"elemID", QString::fromLatin1(table.column),
+            [&](std::int64_t child, const QString &value) {
+                const auto index = at.constFind(qint32(child));
+                if (index == at.cend())
+                    return;
+                ElementNode &node = nodes[*index];
+                const CategoryLook &category = *categories.constFind(node.CategoryID);
+                if (category.rule.Source != source)
+                    return;
+                const ElementLook seen = look(node.ElemID, category, [&](ElementSource, qint32) {
+                    return std::optional<QString>(value);
+                });
+                node.Kind = seen.Kind;
+                node.Text = seen.Text;
+                done[size_t(*index)] = true;
+            });
+    }
+    // The rest have no value of their own: a name, a pointer's target, or nothing found.
+    const ValueOf none = [](ElementSource, qint32) { return std::optional<QString>(); };
+    for (qsizetype i = 0; i < nodes.size(); ++i) {
+        if (done[size_t(i)])
+            continue;
+        ElementNode &node = nodes[i];
+        const ElementLook seen = look(node.ElemID, *categories.constFind(node.CategoryID), none);
         node.Kind = seen.Kind;
         node.Text = seen.Text;
-        node.HasChildren = withChildren.contains(node.ElemID);
     }
     return nodes;
 }

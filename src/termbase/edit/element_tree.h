@@ -60,7 +60,6 @@ ElementLook ClassifyElement(qint32 elemId, const QString &categoryId);
 struct ElementNode {
     qint32 ElemID = 0;
     QString CategoryID;
-    QString Key;
     QString Kind;
     QString Text;
     bool HasChildren = false; // then it gets the placeholder child

@@ -3,7 +3,9 @@
 #include "support/temp_store.h"
 
 #include <algorithm>
+#include <map>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -116,6 +118,81 @@ TEST_F(LinkTableTest, NamesAreCheckedAgainstTheCatalog)
     EXPECT_STORE_ERROR(
         LinkTable(db, u"Links", u"Child", u"Parent\" OR 1=1 --", Direction::ToChildren),
         err::ItemNotFound);
+}
+
+// A table of numbered nodes naming their parent, with a value table beside it.
+class TreeTableTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        db = DBEngine::Workspaces(0).CreateDatabase(folder.path(QStringLiteral("t.db")),
+                                                    dbLangGeneral, dbVersion40);
+        TableDef nodes = db.CreateTableDef(QStringLiteral("Nodes"));
+        nodes.Fields.push_back(nodes.CreateField(QStringLiteral("ID"), dbLong));
+        nodes.Fields.push_back(nodes.CreateField(QStringLiteral("Kind"), dbText, 10));
+        nodes.Fields.push_back(nodes.CreateField(QStringLiteral("Parent"), dbLong));
+        Index byParent = nodes.CreateIndex(QStringLiteral("Parent"));
+        byParent.Fields.push_back(byParent.CreateField(QStringLiteral("Parent")));
+        nodes.Indexes.push_back(byParent);
+        db.Append(nodes);
+        TableDef values = db.CreateTableDef(QStringLiteral("Vals"));
+        values.Fields.push_back(values.CreateField(QStringLiteral("ID"), dbLong));
+        values.Fields.push_back(values.CreateField(QStringLiteral("V"), dbText, 50));
+        db.Append(values);
+    }
+    void TearDown() override { db.Close(); }
+
+    void add(const char *table, std::initializer_list<std::pair<const char *, QVariant>> row)
+    {
+        Recordset rs = db.OpenRecordset(QString::fromLatin1(table), dbOpenTable);
+        rs.AddNew();
+        for (const auto &[field, value] : row)
+            rs.Collect(QString::fromLatin1(field), value);
+        rs.Update();
+    }
+
+    TempFolder folder;
+    Database db;
+};
+
+TEST_F(TreeTableTest, ALevelComesInTextOrderOrTableOrderWithItsValues)
+{
+    add("Nodes", {{"ID", 2}, {"Kind", QStringLiteral("b")}, {"Parent", 1}});
+    add("Nodes", {{"ID", 3}, {"Kind", QStringLiteral("A")}, {"Parent", 1}});
+    add("Nodes", {{"ID", 4}, {"Kind", QStringLiteral("c")}, {"Parent", 1}});
+    add("Nodes", {{"ID", 5}, {"Kind", QStringLiteral("x")}, {"Parent", 3}});
+    add("Nodes", {{"ID", 6}, {"Kind", QStringLiteral("x")}, {"Parent", 3}});
+    add("Vals", {{"ID", 3}, {"V", QStringLiteral("three")}});
+    add("Vals", {{"ID", 4}, {"V", QVariant()}});
+    add("Vals", {{"ID", 5}, {"V", QStringLiteral("not on this level")}});
+
+    TreeTable tree(db, u"nodes", u"id", u"PARENT");
+    using Row = std::tuple<std::int64_t, QString, bool>;
+    auto level = [&](std::int64_t parent, bool ordered) {
+        std::vector<Row> rows;
+        tree.children(parent, u"Kind", ordered,
+                      [&](std::int64_t id, const QString &kind, bool below) {
+                          rows.emplace_back(id, kind, below);
+                      });
+        return rows;
+    };
+    EXPECT_EQ(level(1, true), (std::vector<Row>{{3, QStringLiteral("A"), true},
+                                                {2, QStringLiteral("b"), false},
+                                                {4, QStringLiteral("c"), false}}));
+    EXPECT_EQ(level(1, false), (std::vector<Row>{{2, QStringLiteral("b"), false},
+                                                 {3, QStringLiteral("A"), true},
+                                                 {4, QStringLiteral("c"), false}}));
+    EXPECT_TRUE(level(2, true).empty());
+
+    std::map<std::int64_t, QString> values;
+    tree.childValues(1, u"Vals", u"ID", u"V",
+                     [&](std::int64_t id, const QString &value) { values[id] = value; });
+    EXPECT_EQ(values,
+              (std::map<std::int64_t, QString>{{3, QStringLiteral("three")}, {4, QString()}}));
+
+    EXPECT_STORE_ERROR(TreeTable(db, u"Nope", u"ID", u"Parent"), err::ObjectNotFound);
+    EXPECT_STORE_ERROR(tree.children(1, u"Kind\" --", true, [](auto, auto &, bool) {}),
+                       err::ItemNotFound);
 }
 
 } // namespace

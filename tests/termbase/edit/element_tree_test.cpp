@@ -235,7 +235,6 @@ TEST_F(ElementTreeTest, TextsComeFromTheValueTablesOrFallBackToTheName)
             const ElementLook alone = ClassifyElement(node.ElemID, node.CategoryID);
             EXPECT_EQ(node.Kind, alone.Kind) << node.ElemID;
             EXPECT_EQ(node.Text, alone.Text) << node.ElemID;
-            EXPECT_EQ(node.Key, ElementKey(node.ElemID));
         }
     }
 }
