@@ -29,6 +29,7 @@ public:
     void SetClipboardText(const QString &text) override { m_clipboard = text; }
     void SetMousePointer(int pointer) override { m_pointer = pointer; }
     int MousePointer() const override { return m_pointer; }
+    void OpenInUserBrowser(const QUrl &) override {}
 
 protected:
     int showMessage(const QString &prompt, int style, const QString &title) override;

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QUrl>
 
 #include <deque>
 #include <functional>
@@ -103,6 +104,9 @@ public:
     virtual void SetMousePointer(int pointer) = 0;
     virtual int MousePointer() const = 0;
 
+    // Hands an address of the web to the user's own browser: the program never shows the web.
+    virtual void OpenInUserBrowser(const QUrl &url) = 0;
+
 protected:
     // Receive the title already resolved.
     virtual int showMessage(const QString &prompt, int style, const QString &title) = 0;
@@ -176,6 +180,9 @@ public:
     void SetClipboardText(const QString &text) override { m_clipboard = text; }
     void SetMousePointer(int pointer) override;
     int MousePointer() const override { return m_pointer; }
+    void OpenInUserBrowser(const QUrl &url) override { m_opened.append(url); }
+    // Every address handed to the user's browser, in order.
+    const QList<QUrl> &openedInUserBrowser() const { return m_opened; }
 
 protected:
     int showMessage(const QString &prompt, int style, const QString &title) override;
@@ -200,6 +207,7 @@ private:
     QList<int> m_pointers;
     QString m_clipboard;
     int m_pointer = pointer::Default;
+    QList<QUrl> m_opened;
 };
 
 } // namespace lx

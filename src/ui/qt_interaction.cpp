@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QDialog>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -223,6 +224,11 @@ QString QtInteraction::ClipboardText()
 void QtInteraction::SetClipboardText(const QString &text)
 {
     QGuiApplication::clipboard()->setText(text);
+}
+
+void QtInteraction::OpenInUserBrowser(const QUrl &url)
+{
+    QDesktopServices::openUrl(url);
 }
 
 void QtInteraction::SetMousePointer(int pointer)

@@ -16,6 +16,7 @@ public:
     void SetClipboardText(const QString &text) override;
     void SetMousePointer(int pointer) override;
     int MousePointer() const override { return m_pointer; }
+    void OpenInUserBrowser(const QUrl &url) override;
 
 protected:
     int showMessage(const QString &prompt, int style, const QString &title) override;
