@@ -177,7 +177,8 @@ bool PrintSection(TextChannel &page, qint32 section)
 
 } // namespace
 
-void ReadElementValue(qint32 elemId, QVariant &value, QString &valueType, QString &language)
+void ReadElementValue(qint32 elemId, QVariant &value, QString &valueType, QString &language,
+                      bool forPage)
 {
     ProcessState &p = Process();
     p.rsElements.Seek(u"=", elemId);
@@ -229,7 +230,7 @@ void ReadElementValue(qint32 elemId, QVariant &value, QString &valueType, QStrin
         QVariant raw;
         ReadGeneralValue(elemId, category, raw, valueType, language);
         if (!raw.isNull())
-            value = Escaped(raw.toString());
+            value = forPage ? QVariant(Escaped(raw.toString())) : raw;
     }
 }
 

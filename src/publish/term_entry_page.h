@@ -12,8 +12,10 @@ namespace lx {
 
 // One element of the tree as a value: its text (or link), the category's value type and the
 // language it carries. Outputs the element doesn't give stay as they came; a language read
-// leaves rsElemLang on the element's row.
-void ReadElementValue(qint32 elemId, QVariant &value, QString &valueType, QString &language);
+// leaves rsElemLang on the element's row. A value of an ordinary category comes escaped for a
+// page, or as stored when `forPage` is false (the edit frame's).
+void ReadElementValue(qint32 elemId, QVariant &value, QString &valueType, QString &language,
+                      bool forPage = true);
 
 // The elements of `rs` with their subtrees as text; terms below them are left to the language
 // tables.

@@ -75,6 +75,8 @@ frmTBEDitor::frmTBEDitor()
     buildToolBar();
     buildCentre();
     buildElementTree();
+    buildBrowser();
+    wireEditCommands();
     for (int i = 0; i < 3; ++i) {
         auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);
@@ -135,9 +137,7 @@ void frmTBEDitor::buildMenus()
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
     connect(mnuHelpAbout, &QAction::triggered, this, [] { RunCommand(ShowAbout); });
-    for (QAction *mode : {mnuEditEditor, mnuEditBrowser})
-        route(mode, &frmTBEDitor::mnuEditMode_Click);
-    // Printing, finding and the modes come with the element tree.
+    // Printing and finding come later; the modes are routed with the browser.
     for (QAction *later : {mnuFilePrint, mnuEditFind})
         connect(later, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
 }
@@ -291,13 +291,6 @@ void frmTBEDitor::ReloadCategoryNames()
     LoadTermbaseView();
 }
 
-void frmTBEDitor::lblOntoComm_Change()
-{
-    if (lblOntoComm->caption().isEmpty() || Process().TermPath.isEmpty())
-        return;
-    LoadTermbaseView();
-}
-
 void SendOntoComm(int operation, const QString &currentConcept)
 {
     for (QWidget *form : Forms().list()) {
@@ -348,28 +341,6 @@ TermbaseOptionsChoice frmTBEDitor::ShowTermbaseOptions(const TermbaseOptionsChoi
     return choice;
 }
 
-// The places whose commands aren't built yet say so.
-void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
-{
-    const std::pair<const char *, QAction *> routes[] = {
-        {"new", mnuFileNew},
-        {"open", mnuFileOPen},
-        {"close", mnuFileClose},
-        {"find", mnuEditFind},
-        {"properties", mnuFileProperties},
-        {"editor", mnuEditEditor},
-        {"browser", mnuEditBrowser},
-        {"print", mnuFilePrint},
-    };
-    for (const auto &[name, item] : routes) {
-        if (key == QLatin1String(name)) {
-            item->trigger();
-            return;
-        }
-    }
-    RunCommand(NotAvailableYet);
-}
-
 void frmTBEDitor::mnuFileNew_Click()
 {
     NewTermbase(*this);
@@ -405,13 +376,6 @@ void frmTBEDitor::mnuToolsOptions_Click()
 void frmTBEDitor::mnuHelpTool_Click()
 {
     UI().MsgBox(QStringLiteral("Not yet!"));
-}
-
-void frmTBEDitor::mnuEditMode_Click()
-{
-    mnuEditEditor->setChecked(true);
-    mnuEditBrowser->setChecked(false);
-    NotAvailableYet();
 }
 
 // Closing the window unloads it.

@@ -31,6 +31,8 @@ class QTreeWidgetItem;
 
 namespace lx::ui {
 
+class LocalBrowser;
+
 // The termbase editor: the element tree on the left, the data category pane (or, in Browse
 // Mode, the browser) on the right. Shown, not modal, from the ontology editor; its handlers are
 // a thin layer over the termbase life cycle.
@@ -63,8 +65,9 @@ public:
     TermbaseOptionsChoice ShowTermbaseOptions(const TermbaseOptionsChoice &current) override;
 
     // The ontology editor's word that concepts changed: the operation's digit, then the
-    // ontology's current concept. For now the concept list is loaded anew.
+    // ontology's current concept.
     void lblOntoComm_Change();
+    void ReloadConcepts();
 
     void ToolBar1_ButtonClick(const QString &key);
     void mnuFileNew_Click();
@@ -74,8 +77,26 @@ public:
     void mnuFileExit_Click();
     void mnuToolsOptions_Click();
     void mnuHelpTool_Click();
-    // Edit Mode stays until the modes are built.
-    void mnuEditMode_Click();
+    // The two modes and the browser (frm_tb_editor_modes.cpp). The mode is the check of
+    // mnuEditBrowser.
+    void ShowEditor();
+    void ShowBrowser();
+    bool BrowseMode() const;
+    void ShowEntryPage(QTreeWidgetItem *node);
+    void ShowBackmatterFile(QTreeWidgetItem *node);
+    void RegenerateEntryPage();
+    void ClickPaneCategory(const QString &key);
+    // The termbase's folders of pages and of backmatter files, with the final separator.
+    QString PublishFolder() const;
+    QString BackFolder() const;
+    // Changing and deleting elements (frm_tb_editor_edit.cpp).
+    void OpenElementForEdit();
+    void cmdEdit_Click();
+    void mnuElemDelete_Click();
+    void mnuElemModify_Click();
+    // A label edit of Tree1 ended with `text`: the program changes the label itself.
+    void Tree1_AfterLabelEdit(QTreeWidgetItem *node, const QString &text);
+    void txtData_Click();
     // The termbase closes first, then the windows that belong to the editor go; the editor's
     // place is kept for the next run.
     void Form_Unload() override;
@@ -116,6 +137,10 @@ public:
     static QString NodeKey(const QTreeWidgetItem *node);
     static QString NodeKind(const QTreeWidgetItem *node);
     static QString NodeCategory(const QTreeWidgetItem *node);
+    static bool IsPlaceholderNode(const QTreeWidgetItem *node);
+    // The key ("n" and the identifier) of a node of the category pane, and whether it is active.
+    static QString CategoryNodeKey(const QTreeWidgetItem *node);
+    static bool IsActiveCategoryNode(const QTreeWidgetItem *node);
     QMenu *mnuElem;
     QAction *mnuElemDelete, *mnuElemModify, *mnuElemSep1, *mnuElemGoTo;
 
@@ -130,6 +155,7 @@ public:
     SignalLabel *lblOntoComm;
     QListWidget *ListView1;
     QWidget *picBrowser;
+    LocalBrowser *Browser;
     QGroupBox *fraEdit;
     QLineEdit *txtElem, *txtDC, *txtData, *mskData;
     QListWidget *lstData, *lstRefs;
@@ -152,6 +178,9 @@ private:
     void buildElementTree();
     void setEditorCommands(bool enabled, int lastButton);
     void buildEditFrame();
+    void buildBrowser();
+    void wireEditCommands();
+    void pointBrowserAtTermbase();
     void addCategoryListItem(const CategoryNode &category);
     void categoryClicked(const QString &key, const QString &image, const QString &name,
                          const std::function<void()> &takeBack);

@@ -209,6 +209,16 @@ void frmTBEDitor::MarkValidCategories()
     Tree2->show();
 }
 
+QString frmTBEDitor::CategoryNodeKey(const QTreeWidgetItem *node)
+{
+    return node->data(0, KeyRole).toString();
+}
+
+bool frmTBEDitor::IsActiveCategoryNode(const QTreeWidgetItem *node)
+{
+    return node->data(0, ImageRole).toString() == QLatin1String("active");
+}
+
 void frmTBEDitor::Tree2_NodeClick(QTreeWidgetItem *node)
 {
     categoryClicked(node->data(0, KeyRole).toString(), node->data(0, ImageRole).toString(),

@@ -5,6 +5,7 @@
 #include "core/text/collation.h"
 #include "termbase/edit/categories.h"
 #include "termbase/edit/element_tree.h"
+#include "termbase/edit/modify.h"
 #include "ui/forms.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
@@ -73,6 +74,7 @@ public:
         return QTreeWidgetItem::data(column, role);
     }
 
+    // An edit in the tree arrives as EditRole: the window decides whether the label changes.
     void setData(int column, int role, const QVariant &value) override
     {
         if (column != 0 || (role != Qt::DisplayRole && role != Qt::EditRole)) {
@@ -80,6 +82,12 @@ public:
             return;
         }
         const QString text = value.toString();
+        if (role == Qt::EditRole) {
+            if (auto *editor =
+                    treeWidget() ? qobject_cast<frmTBEDitor *>(treeWidget()->window()) : nullptr)
+                RunCommand([&] { editor->Tree1_AfterLabelEdit(this, text); });
+            return;
+        }
         if (text == m_text)
             return;
         m_text = text;
@@ -178,6 +186,11 @@ QString frmTBEDitor::NodeKey(const QTreeWidgetItem *node)
     return node ? node->data(0, Qt::UserRole).toString() : QString();
 }
 
+bool frmTBEDitor::IsPlaceholderNode(const QTreeWidgetItem *node)
+{
+    return IsPlaceholder(node);
+}
+
 QString frmTBEDitor::NodeKind(const QTreeWidgetItem *node)
 {
     const ElementItem *element = AsElement(node);
@@ -214,9 +227,12 @@ void frmTBEDitor::buildElementTree()
     mnuElemSep1->setObjectName(QStringLiteral("mnuElemSep1"));
     mnuElemGoTo = mnuElem->addAction(QStringLiteral("Go to x-ref'ed element"));
     mnuElemGoTo->setObjectName(QStringLiteral("mnuElemGoTo"));
-    // Deleting and modifying an element come later.
-    for (QAction *later : {mnuElemDelete, mnuElemModify})
-        connect(later, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
+    connect(mnuElemDelete, &QAction::triggered, this,
+            Command(this, &frmTBEDitor::mnuElemDelete_Click));
+    connect(mnuElemModify, &QAction::triggered, this,
+            Command(this, &frmTBEDitor::mnuElemModify_Click));
+    // Terms and backmatter records are renamed in place, by F2 or a click on the selected node.
+    Tree1->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
     connect(mnuElemGoTo, &QAction::triggered, this, Command(this, &frmTBEDitor::mnuElemGoTo_Click));
 }
 
@@ -245,12 +261,15 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
     QList<QTreeWidgetItem *> items;
     items.reserve(children.size());
     const NodeClass *of = nullptr;
+    const QString parentKind = NodeKind(node);
     for (const qsizetype i : order) {
         const ElementNode &child = children[i];
         if (!of || of->Kind != child.Kind || of->Category != child.CategoryID)
             of = ClassOf(child.Kind, child.CategoryID);
         auto *item = new ElementItem(child.ElemID, of, child.Text);
         item->SortsChildren = child.Text == BodyText;
+        if (LabelEditAllowed(child.Kind, parentKind))
+            item->setFlags(item->flags() | Qt::ItemIsEditable);
         if (child.HasChildren)
             AddPlaceholder(item);
         items.append(item);
@@ -297,11 +316,29 @@ void frmTBEDitor::Tree1_NodeClick(QTreeWidgetItem *node)
     } else {
         CurrentElemID = element;
         CurrentCategory = category;
-        ElementClicked();
+        if (!BrowseMode())
+            ElementClicked();
     }
-    // Opening an element's value for a change comes with the editor's modes.
-    txtElem->setText(node->text(0).toUpper());
-    fraEdit->hide();
+    QTreeWidgetItem *selected = Tree1->currentItem() ? Tree1->currentItem() : node;
+    const QString kind = NodeKind(selected);
+    static const QStringList editable{QStringLiteral("attribute"), QStringLiteral("note"),
+                                      QStringLiteral("url")};
+    static const QStringList files{
+        QStringLiteral("figure"),  QStringLiteral("audio"),         QStringLiteral("video"),
+        QStringLiteral("table"),   QStringLiteral("binary"),        QStringLiteral("classifsystem"),
+        QStringLiteral("context"), QStringLiteral("conceptsystem"), QStringLiteral("subset")};
+    if (editable.contains(kind)) {
+        OpenElementForEdit();
+    } else if (kind == QLatin1String("concept")) {
+        ShowEntryPage(selected);
+        txtElem->setText(selected->text(0).toUpper());
+        fraEdit->hide();
+    } else if (files.contains(kind)) {
+        ShowBackmatterFile(selected);
+    } else {
+        txtElem->setText(selected->text(0).toUpper());
+        fraEdit->hide();
+    }
 }
 
 // The category changed: the pane's marks and the toolbar follow it.

@@ -59,6 +59,21 @@ QDate parseDate(const QString &text)
     return QDate::fromString(text, QStringLiteral("dd/MM/yyyy"));
 }
 
+} // namespace
+
+std::optional<QDate> AcceptedDate(const QString &text)
+{
+    const QDate date = parseDate(text);
+    if (date.isValid())
+        return date;
+    UI().MsgBox(QStringLiteral("The date ") + text +
+                    QStringLiteral(" is no day of the calendar: type it as dd/mm/yyyy."),
+                msg::Critical, kErrorTitle);
+    return std::nullopt;
+}
+
+namespace {
+
 // The checks on the value before anything is written; the first refusal is told.
 bool valueAccepted(const AssertInput &input)
 {
@@ -69,12 +84,8 @@ bool valueAccepted(const AssertInput &input)
         UI().MsgBox(QStringLiteral("You must specify a value"), msg::Critical, kErrorTitle);
         return false;
     }
-    if (input.From == AssertInput::Source::Date && !parseDate(input.Value).isValid()) {
-        UI().MsgBox(QStringLiteral("The date ") + input.Value +
-                        QStringLiteral(" is no day of the calendar: type it as dd/mm/yyyy."),
-                    msg::Critical, kErrorTitle);
+    if (input.From == AssertInput::Source::Date && !AcceptedDate(input.Value))
         return false;
-    }
     if (input.From == AssertInput::Source::Picklist && input.CategoryId.size() > 0 &&
         !isBackmatterReference(input.CategoryId) &&
         !ReadColumn(Process().TermDB,

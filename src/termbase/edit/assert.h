@@ -2,10 +2,12 @@
 
 #include "termbase/store/tb_editor.h"
 
+#include <QDate>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 // Asserting: the one place where term entries, language sections, terms, attributes and
 // references to backmatter records are written, and the cross-reference made by a second click
@@ -37,6 +39,9 @@ struct AssertResult {
     bool RefusedForLanguage = false;
 };
 AssertResult AssertElement(TermbaseEditor &editor, const AssertInput &input);
+
+// A date typed as dd/mm/yyyy; a text that is no day of the calendar is told, and gives nothing.
+std::optional<QDate> AcceptedDate(const QString &text);
 
 // The cross-reference from `source` to the clicked `target`, of the pane's `category`: its
 // checks (told) and, if they pass, its rows. True when written.

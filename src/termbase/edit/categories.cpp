@@ -325,15 +325,21 @@ CategoryEditor ChooseCategoryEditor(const QString &id)
         editor.Shown = Control::Text;
     } else if (valueType == QLatin1String("picklist")) {
         editor.Shown = Control::Picklist;
-        editor.Values = ReadColumn(
-            Process().TermDB,
-            QStringLiteral("SELECT * from picklists WHERE categoryID = ") + Quoted(id), u"Value");
+        editor.Values = ReadPicklist(id);
     } else if (valueType == QLatin1String("date")) {
         editor.Shown = Control::Date;
     } else if (valueType == QLatin1String("number")) {
         editor.Shown = Control::Number;
     }
     return editor;
+}
+
+QStringList ReadPicklist(const QString &categoryId)
+{
+    return ReadColumn(Process().TermDB,
+                      QStringLiteral("SELECT * from picklists WHERE categoryID = ") +
+                          Quoted(categoryId),
+                      u"Value");
 }
 
 QString NoElementsMessage()

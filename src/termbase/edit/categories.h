@@ -91,5 +91,7 @@ CategoryEditor ChooseCategoryEditor(const QString &categoryId);
 
 // The message of a reference whose backmatter holds no record yet.
 QString NoElementsMessage();
+// The values of a picklist category, in the table's order.
+QStringList ReadPicklist(const QString &categoryId);
 
 } // namespace lx

@@ -344,4 +344,12 @@ qint32 CrossRefTarget(qint32 elemId)
     return target ? target->toInt() : 0;
 }
 
+std::optional<QString> BackmatterFileOf(qint32 elemId)
+{
+    const std::optional<QString> target = SeekElementValue(ElementSource::PointerRef, elemId);
+    if (!target)
+        return std::nullopt;
+    return SeekElementValue(ElementSource::RefValue, target->toInt());
+}
+
 } // namespace lx

@@ -77,4 +77,8 @@ QList<qint32> ElementPath(qint32 elemId);
 // there is none.
 qint32 CrossRefTarget(qint32 elemId);
 
+// The file name of the backmatter record an element points at (its value in ref_values), or
+// nothing when the pointer or the record is missing.
+std::optional<QString> BackmatterFileOf(qint32 elemId);
+
 } // namespace lx
