@@ -9,6 +9,7 @@ int main(int argc, char **argv)
     // Lists are filled without a window, so no screen is needed.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     lx::KeepLargeBuffersInHeap();
     benchmark::Initialize(&argc, argv);

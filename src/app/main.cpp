@@ -16,6 +16,9 @@ int main(int argc, char **argv)
     if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 
+    // The embedded browser shares the toolkit's drawing contexts; this must precede the
+    // application object.
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setApplicationName(lx::ProgramName());
     QApplication::setApplicationVersion(lx::ProgramVersion());

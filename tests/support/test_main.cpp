@@ -19,6 +19,9 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QTWEBENGINE_DISABLE_SANDBOX"))
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+#ifdef LEXARBOR_TEST_WIDGETS
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+#endif
     TestApplication app(argc, argv);
     // Whatever a test writes to a relative path goes to a folder removed at the end of the run.
     const WorkingFolder runFolder;
