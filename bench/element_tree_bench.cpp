@@ -8,6 +8,7 @@
 #include "publish/term_entry_page.h"
 #include "termbase/edit/assert.h"
 #include "termbase/edit/element_tree.h"
+#include "termbase/edit/modify.h"
 #include "termbase/store/lifecycle.h"
 #include "termbase/store/schema.h"
 #include "ui/frm_tb_editor.h"
@@ -400,5 +401,100 @@ void BM_WriteTermEntryPage(benchmark::State &state)
                            true, true, true);
 }
 BENCHMARK(BM_WriteTermEntryPage)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+namespace {
+
+// An entry of fifty elements (its concept row, 49 text attributes) with ten cross-references
+// to it from other entries' terms, written through the store while the clock stands.
+constexpr qint32 kDeletedEntryBase = 50000000;
+constexpr int kEntryElements = 50;
+constexpr int kReferrers = 10;
+
+qint32 AddEntryToDelete(int round)
+{
+    using namespace store;
+    const qint32 entry = kDeletedEntryBase + round * 100;
+    const WriteBatch batch(Process().TermDB);
+    Recordset elements = Process().TermDB.OpenRecordset(QStringLiteral("elements"), dbOpenTable);
+    Recordset texts = Process().TermDB.OpenRecordset(QStringLiteral("text_values"), dbOpenTable);
+    Recordset pointers = Process().TermDB.OpenRecordset(QStringLiteral("pointers"), dbOpenTable);
+    auto element = [&](qint32 id, const char *category, qint32 parent) {
+        elements.AddNew();
+        elements.Collect(u"elemID", id);
+        elements.Collect(u"categoryID", QString::fromLatin1(category));
+        elements.Collect(u"parentID", parent);
+        elements.Update();
+    };
+    element(entry, "0.3", kBody);
+    for (int i = 1; i < kEntryElements; ++i) {
+        element(entry + i, "2.2.5", entry);
+        texts.AddNew();
+        texts.Collect(u"elemID", entry + i);
+        texts.Collect(u"value", QStringLiteral("value %1").arg(i));
+        texts.Update();
+    }
+    for (int i = 0; i < kReferrers; ++i) {
+        const qint32 referrer = entry + kEntryElements + i;
+        element(referrer, "9.2.3", EntryElement(i * 997 + round) + 2);
+        pointers.AddNew();
+        pointers.Collect(u"elemID", referrer);
+        pointers.Collect(u"targetID", entry);
+        pointers.Update();
+    }
+    return entry;
+}
+
+// The entry deleted as the editor deletes it: the ten referring elements, then the entry with
+// its branch, values and pointers by the file's cascades.
+void BM_DeleteEntry100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    int round = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const qint32 entry = AddEntryToDelete(++round);
+        state.ResumeTiming();
+        const ElementDeletion deletion = DeleteElement(entry, entry, false);
+        if (deletion.Referrers != kReferrers || deletion.Parent != kBody)
+            state.SkipWithError("not deleted");
+    }
+}
+BENCHMARK(BM_DeleteEntry100k)->Unit(benchmark::kMillisecond)->Iterations(50);
+
+// The floor: the same deletes in raw SQLite, with the file's cascades switched on.
+void BM_RawDeleteEntry100k(benchmark::State &state)
+{
+    Files();
+    int round = 1000;
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            Editor editor;
+            editor.open();
+            AddEntryToDelete(++round);
+        }
+        sqlite3 *db = bench::OpenRaw(Files().termbase);
+        bench::Exec(db, "PRAGMA foreign_keys = ON");
+        const int entry = kDeletedEntryBase + round * 100;
+        state.ResumeTiming();
+        Statement referrers(db, "SELECT elemID FROM pointers WHERE targetID = ?");
+        referrers.bind(1, entry);
+        std::vector<int> ids;
+        while (sqlite3_step(referrers.get()) == SQLITE_ROW)
+            ids.push_back(sqlite3_column_int(referrers.get(), 0));
+        Statement remove(db, "DELETE FROM elements WHERE elemID = ?");
+        for (int id : ids)
+            remove.bind(1, id).run();
+        remove.bind(1, entry).run();
+        state.PauseTiming();
+        sqlite3_close(db);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_RawDeleteEntry100k)->Unit(benchmark::kMillisecond)->Iterations(20);
 
 } // namespace
