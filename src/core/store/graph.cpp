@@ -123,23 +123,57 @@ TreeTable::~TreeTable()
     }
 }
 
+// The joins from "node" up to its ancestor `depth` - 1 levels up (up1, up2, ...), and the
+// condition that this ancestor's parent is ?1.
+QString TreeTable::levelJoins(int depth) const
+{
+    QString joins;
+    QString below = QStringLiteral("node");
+    for (int i = 1; i < depth; ++i) {
+        const QString up = QStringLiteral("up%1").arg(i);
+        joins += QStringLiteral(" INNER JOIN %1 AS %2 ON %3.%4 = %2.%5")
+                     .arg(m_table, up, below, m_parent, m_id);
+        below = up;
+    }
+    return joins + QStringLiteral(" WHERE %1.%2 = ?1").arg(below, m_parent);
+}
+
 void TreeTable::children(std::int64_t parent, QStringView field, bool ordered,
                          const std::function<void(std::int64_t, const QString &, bool)> &row)
 {
-    const QString f = qualifiedField(m_db, m_tableName, field);
-    QString text = QStringLiteral("SELECT %1.%2, %3, EXISTS (SELECT 1 FROM %1 AS below WHERE "
-                                  "below.%4 = %1.%2) FROM %1 WHERE %1.%4 = ?1")
-                       .arg(m_table, m_id, f, m_parent);
+    level(parent, 1, field, ordered,
+          [&](std::int64_t, std::int64_t id, const QString &value, bool hasChildren) {
+              row(id, value, hasChildren);
+          });
+}
+
+void TreeTable::level(
+    std::int64_t top, int depth, QStringView field, bool ordered,
+    const std::function<void(std::int64_t, std::int64_t, const QString &, bool)> &row)
+{
+    const TableDef &def = detail::DatabaseAccess::connection(m_db).table(m_tableName);
+    const QString f = QStringLiteral("node.") + sql::SqlIdentifier(fieldName(def, field));
+    QString text = QStringLiteral("SELECT node.%1, %2, EXISTS (SELECT 1 FROM %3 AS below WHERE "
+                                  "below.%4 = node.%1), node.%4 FROM %3 AS node")
+                       .arg(m_id, f, m_table, m_parent) +
+                   levelJoins(depth);
     if (ordered)
-        text += QStringLiteral(" ORDER BY ") + f;
+        text += QStringLiteral(" ORDER BY node.%1, %2, node.%3").arg(m_parent, f, m_id);
     detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
-    stmt.bindInt(1, parent);
+    stmt.bindInt(1, top);
     while (stmt.step())
-        row(stmt.integer(0), cellText(stmt.cell(1)), stmt.integer(2) != 0);
+        row(stmt.integer(3), stmt.integer(0), cellText(stmt.cell(1)), stmt.integer(2) != 0);
 }
 
 void TreeTable::childValues(std::int64_t parent, QStringView valueTable, QStringView valueIdField,
                             QStringView valueField,
+                            const std::function<void(std::int64_t, const QString &)> &found)
+{
+    levelValues(parent, 1, valueTable, valueIdField, valueField, found);
+}
+
+void TreeTable::levelValues(std::int64_t top, int depth, QStringView valueTable,
+                            QStringView valueIdField, QStringView valueField,
                             const std::function<void(std::int64_t, const QString &)> &found)
 {
     const QString id = qualifiedField(m_db, valueTable, valueIdField);
@@ -147,10 +181,11 @@ void TreeTable::childValues(std::int64_t parent, QStringView valueTable, QString
     const QString values =
         sql::SqlIdentifier(detail::DatabaseAccess::connection(m_db).table(valueTable).Name);
     const QString text =
-        QStringLiteral("SELECT %1, %2 FROM %3 INNER JOIN %4 ON %1 = %4.%5 WHERE %4.%6 = ?1")
-            .arg(id, value, values, m_table, m_id, m_parent);
+        QStringLiteral("SELECT %1, %2 FROM %3 INNER JOIN %4 AS node ON %1 = node.%5")
+            .arg(id, value, values, m_table, m_id) +
+        levelJoins(depth);
     detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
-    stmt.bindInt(1, parent);
+    stmt.bindInt(1, top);
     while (stmt.step())
         found(stmt.integer(0), cellText(stmt.cell(1)));
 }

@@ -79,7 +79,19 @@ public:
                      QStringView valueField,
                      const std::function<void(std::int64_t id, const QString &value)> &found);
 
+    // The same two reads for the rows `depth` levels below `top` (1: its children, 2: their
+    // children, ...), in one pass each: the level's rows come with their parent, ordered by
+    // parent, then `field`, then number.
+    void level(std::int64_t top, int depth, QStringView field, bool ordered,
+               const std::function<void(std::int64_t parent, std::int64_t id, const QString &value,
+                                        bool hasChildren)> &row);
+    void levelValues(std::int64_t top, int depth, QStringView valueTable, QStringView valueIdField,
+                     QStringView valueField,
+                     const std::function<void(std::int64_t id, const QString &value)> &found);
+
 private:
+    QString levelJoins(int depth) const;
+
     Database m_db;
     QString m_tableName;             // as the catalog has it
     QString m_table, m_id, m_parent; // as they go into a query

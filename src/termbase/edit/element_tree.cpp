@@ -262,6 +262,11 @@ ElementLook ClassifyElement(qint32 elemId, const QString &categoryId)
 
 QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
 {
+    return ReadElementLevel(elemId, 1, !ofRoot);
+}
+
+QList<ElementNode> ReadElementLevel(qint32 top, int depth, bool ordered)
+{
     // A branch may hold a hundred thousand children: the level is read once with whether each
     // child has children of its own, each value table once for the whole level, and each
     // category's text and look are worked out once and shared by its nodes.
@@ -269,18 +274,20 @@ QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
     QHash<QString, CategoryLook> categories;
     QHash<qint32, qsizetype> at;
     TreeTable level(Process().TermDB, u"elements", u"elemID", u"parentID");
-    level.children(elemId, u"categoryID", !ofRoot,
-                   [&](std::int64_t id, const QString &category, bool hasChildren) {
-                       auto known = categories.find(category);
-                       if (known == categories.end())
-                           known = categories.insert(category, categoryLook(category));
-                       ElementNode node;
-                       node.ElemID = qint32(id);
-                       node.CategoryID = known.key();
-                       node.HasChildren = hasChildren;
-                       at.insert(node.ElemID, nodes.size());
-                       nodes.append(node);
-                   });
+    level.level(
+        top, depth, u"categoryID", ordered,
+        [&](std::int64_t parent, std::int64_t id, const QString &category, bool hasChildren) {
+            auto known = categories.find(category);
+            if (known == categories.end())
+                known = categories.insert(category, categoryLook(category));
+            ElementNode node;
+            node.Parent = qint32(parent);
+            node.ElemID = qint32(id);
+            node.CategoryID = known.key();
+            node.HasChildren = hasChildren;
+            at.insert(node.ElemID, nodes.size());
+            nodes.append(node);
+        });
 
     std::vector<bool> done(size_t(nodes.size()), false);
     std::vector<ElementSource> sources;
@@ -291,9 +298,9 @@ QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot)
     }
     for (const ElementSource source : sources) {
         const SourceTable table = *tableOf(source);
-        level.childValues(
-            elemId, QString::fromLatin1(table.table), u"elemID", QString::fromLatin1(table.column),
-            [&](std::int64_t child, const QString &value) {
+        level.levelValues(
+            top, depth, QString::fromLatin1(table.table), u"elemID",
+            QString::fromLatin1(table.column), [&](std::int64_t child, const QString &value) {
                 const auto index = at.constFind(qint32(child));
                 if (index == at.cend())
                     return;

@@ -58,6 +58,7 @@ ElementLook ClassifyElement(qint32 elemId, const QString &categoryId);
 
 // One child of an element, ready to become a node.
 struct ElementNode {
+    qint32 Parent = 0;
     qint32 ElemID = 0;
     QString CategoryID;
     QString Kind;
@@ -68,6 +69,9 @@ struct ElementNode {
 // The children of an element: under the root in the table's order, under any other in the
 // order of categoryID; `ofRoot` says which of the two reads applies.
 QList<ElementNode> ReadElementChildren(qint32 elemId, bool ofRoot);
+// The elements `depth` levels below `top` in one read, each branch as ReadElementChildren reads
+// it (in category order when `ordered`), the branches in the order of their parents' numbers.
+QList<ElementNode> ReadElementLevel(qint32 top, int depth, bool ordered = true);
 
 // The element and its ancestors below the root, the element first, read through rsElements. A
 // number without a row ends the list there; so does a parent seen twice, in a damaged file.

@@ -5,6 +5,7 @@
 #include "termbase/store/lifecycle.h"
 #include "termbase/store/termbase_fixture.h"
 
+#include <algorithm>
 #include <QDateTime>
 
 using namespace lx;
@@ -236,6 +237,35 @@ TEST_F(ElementTreeTest, TextsComeFromTheValueTablesOrFallBackToTheName)
             EXPECT_EQ(node.Kind, alone.Kind) << node.ElemID;
             EXPECT_EQ(node.Text, alone.Text) << node.ElemID;
         }
+    }
+    // Two and three levels down in one read: each parent's branch as read alone, the parents
+    // in the order of their numbers.
+    for (int depth : {2, 3}) {
+        QList<qint32> parents{3};
+        for (int d = 1; d < depth; ++d) {
+            QList<qint32> next;
+            for (qint32 parent : std::as_const(parents))
+                for (const ElementNode &node : ReadElementChildren(parent, false))
+                    next << node.ElemID;
+            std::sort(next.begin(), next.end());
+            parents = next;
+        }
+        QStringList alone, together;
+        for (qint32 parent : std::as_const(parents))
+            for (const ElementNode &node : ReadElementChildren(parent, false))
+                alone << QStringLiteral("%1/%2 %3 %4 %5")
+                             .arg(parent)
+                             .arg(node.ElemID)
+                             .arg(node.Kind, node.Text)
+                             .arg(node.HasChildren);
+        for (const ElementNode &node : ReadElementLevel(3, depth))
+            together << QStringLiteral("%1/%2 %3 %4 %5")
+                            .arg(node.Parent)
+                            .arg(node.ElemID)
+                            .arg(node.Kind, node.Text)
+                            .arg(node.HasChildren);
+        EXPECT_FALSE(alone.isEmpty()) << depth;
+        EXPECT_EQ(together, alone) << depth;
     }
 }
 
