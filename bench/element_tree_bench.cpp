@@ -11,11 +11,14 @@
 #include "termbase/edit/modify.h"
 #include "termbase/store/lifecycle.h"
 #include "termbase/store/schema.h"
+#include "ui/frm_find.h"
 #include "ui/frm_tb_editor.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
@@ -496,5 +499,73 @@ void BM_RawDeleteEntry100k(benchmark::State &state)
     }
 }
 BENCHMARK(BM_RawDeleteEntry100k)->Unit(benchmark::kMillisecond)->Iterations(20);
+
+} // namespace
+
+namespace {
+
+// An entry that sorts last, with a section whose language shows its code and one term in it.
+constexpr qint32 kLastEntry = 60000000;
+
+void AddLastEntry()
+{
+    using namespace store;
+    const WriteBatch batch(Process().TermDB);
+    auto row = [](const char *table,
+                  std::initializer_list<std::pair<const char16_t *, QVariant>> values) {
+        Recordset rs = Process().TermDB.OpenRecordset(QString::fromLatin1(table), dbOpenTable);
+        rs.AddNew();
+        for (const auto &[field, value] : values)
+            rs.Collect(QStringView(field), value);
+        rs.Update();
+    };
+    Recordset concepts = Process().TermDB.OpenRecordset(QStringLiteral("CONCEPTS"), dbOpenTable);
+    concepts.SetIndex(QStringLiteral("Concept"));
+    concepts.Seek(u"=", QStringLiteral("ZZZZ-LAST"));
+    if (concepts.NoMatch())
+        row("CONCEPTS", {{u"Concept", QStringLiteral("ZZZZ-LAST")}});
+    row("elements",
+        {{u"elemID", kLastEntry}, {u"categoryID", QStringLiteral("0.3")}, {u"parentID", kBody}});
+    row("TE_CONCEPTS", {{u"elemID", kLastEntry}, {u"Concept", QStringLiteral("ZZZZ-LAST")}});
+    row("elements", {{u"elemID", kLastEntry + 1},
+                     {u"categoryID", QStringLiteral("0.4")},
+                     {u"parentID", kLastEntry}});
+    row("elements_use_lang", {{u"elemID", kLastEntry + 1}, {u"langID", QStringLiteral("pt")}});
+    row("elements", {{u"elemID", kLastEntry + 2},
+                     {u"categoryID", QStringLiteral("1")},
+                     {u"parentID", kLastEntry + 1}});
+    row("TERMS", {{u"elemID", kLastEntry + 2},
+                  {u"term", QStringLiteral("último término")},
+                  {u"langID", QStringLiteral("pt")}});
+}
+
+// A term search from the root of a freshly opened tree: body opened, every entry and its
+// sections but the last opened at once, then the walk to the one term that matches, the last.
+void BM_FindLastTerm100k(benchmark::State &state)
+{
+    Files();
+    Editor editor;
+    editor.open();
+    ScriptedInteraction user; // "Term not found." would be a failure
+    const InteractionScope scope(user);
+    AddLastEntry();
+    ui::frmFind find(editor.window);
+    find.optFindT->setChecked(true);
+    for (auto _ : state) {
+        state.PauseTiming();
+        editor.window.LoadRootNode();
+        editor.window.Tree1->setCurrentItem(editor.root());
+        state.ResumeTiming();
+        find.cbxFind->setEditText(QStringLiteral("último"));
+        find.cmdFind_Click();
+        const QTreeWidgetItem *found = editor.window.Tree1->currentItem();
+        if (!found || found->text(0) != QStringLiteral("último término"))
+            state.SkipWithError("not found");
+    }
+    if (!user.calls().isEmpty())
+        state.SkipWithError("a box was shown");
+    DeleteElement(kLastEntry, kLastEntry, false);
+}
+BENCHMARK(BM_FindLastTerm100k)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
+#include "ui/frm_find.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
 #include "ui/frm_tb_options.h"
@@ -137,9 +138,10 @@ void frmTBEDitor::buildMenus()
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
     connect(mnuHelpAbout, &QAction::triggered, this, [] { RunCommand(ShowAbout); });
-    // Printing and finding come later; the modes are routed with the browser.
-    for (QAction *later : {mnuFilePrint, mnuEditFind})
-        connect(later, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
+    // Printing comes later; the modes are routed with the browser.
+    connect(mnuFilePrint, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
+    connect(mnuEditFind, &QAction::triggered, this,
+            [this] { RunCommand([this] { ShowFind(*this); }); });
 }
 
 void frmTBEDitor::buildToolBar()

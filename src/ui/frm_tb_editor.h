@@ -3,6 +3,7 @@
 #include "core/signal_label.h"
 #include "termbase/edit/assert.h"
 #include "termbase/edit/categories.h"
+#include "termbase/edit/element_tree.h"
 #include "termbase/store/tb_editor.h"
 #include "ui/forms.h"
 
@@ -123,6 +124,9 @@ public:
     // The element tree (frm_tb_editor_tree.cpp).
     void LoadRootNode();
     void ExpandElementNode(QTreeWidgetItem *node);
+    void AddElementItems(QTreeWidgetItem *node, const QList<ElementNode> &children, qsizetype from,
+                         qsizetype to);
+    void ReadBranchesAtOnce(QTreeWidgetItem *top, const QList<QTreeWidgetItem *> &nodes, int depth);
     void ReturnToElement();
     void GoToElement(qint32 elemId);
     void SetElementToolbar();

@@ -249,9 +249,16 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
 {
     const QList<ElementNode> children =
         ReadElementChildren(KeyElement(NodeKey(node)), NodeKind(node) == RootKind);
-    // The order is worked out on indices: the nodes themselves stay where they are.
-    std::vector<qsizetype> order(size_t(children.size()));
-    std::iota(order.begin(), order.end(), 0);
+    AddElementItems(node, children, 0, children.size());
+}
+
+// The nodes of children[from, to) under `node`; "body" puts its entries in the order of their
+// concepts, worked out on indices so that the nodes themselves stay where they are.
+void frmTBEDitor::AddElementItems(QTreeWidgetItem *node, const QList<ElementNode> &children,
+                                  qsizetype from, qsizetype to)
+{
+    std::vector<qsizetype> order(size_t(to - from));
+    std::iota(order.begin(), order.end(), from);
     const ElementItem *parent = AsElement(node);
     if (parent && parent->SortsChildren) {
         std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) {
@@ -259,7 +266,7 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
         });
     }
     QList<QTreeWidgetItem *> items;
-    items.reserve(children.size());
+    items.reserve(qsizetype(order.size()));
     const NodeClass *of = nullptr;
     const QString parentKind = NodeKind(node);
     for (const qsizetype i : order) {
@@ -275,6 +282,32 @@ void frmTBEDitor::ExpandElementNode(QTreeWidgetItem *node)
         items.append(item);
     }
     node->addChildren(items);
+}
+
+// Reads, under `top`, the branches of the closed nodes of `nodes`, all of which stand `depth`
+// levels below it, with one read of the level below instead of one per node. The nodes stay
+// closed: rows go and come far faster while the tree has few open nodes to keep track of.
+void frmTBEDitor::ReadBranchesAtOnce(QTreeWidgetItem *top, const QList<QTreeWidgetItem *> &nodes,
+                                     int depth)
+{
+    QHash<qint32, QTreeWidgetItem *> closed;
+    for (QTreeWidgetItem *node : nodes) {
+        if (node->childCount() == 1 && IsPlaceholder(node->child(0)))
+            closed.insert(AsElement(node)->ElemID, node);
+    }
+    if (!closed.isEmpty()) {
+        const QList<ElementNode> level = ReadElementLevel(KeyElement(NodeKey(top)), depth + 1);
+        for (qsizetype from = 0; from < level.size();) {
+            qsizetype to = from + 1;
+            while (to < level.size() && level[to].Parent == level[from].Parent)
+                ++to;
+            if (QTreeWidgetItem *node = closed.value(level[from].Parent)) {
+                delete node->takeChild(0);
+                AddElementItems(node, level, from, to);
+            }
+            from = to;
+        }
+    }
 }
 
 void frmTBEDitor::Tree1_Expand(QTreeWidgetItem *node)

@@ -158,7 +158,9 @@ void TreeTable::level(
                        .arg(m_id, f, m_table, m_parent) +
                    levelJoins(depth);
     if (ordered)
-        text += QStringLiteral(" ORDER BY node.%1, %2, node.%3").arg(m_parent, f, m_id);
+        text += depth == 1
+                    ? QStringLiteral(" ORDER BY %1, node.%2").arg(f, m_id)
+                    : QStringLiteral(" ORDER BY node.%1, %2, node.%3").arg(m_parent, f, m_id);
     detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
     stmt.bindInt(1, top);
     while (stmt.step())

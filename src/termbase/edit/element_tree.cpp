@@ -274,8 +274,9 @@ QList<ElementNode> ReadElementLevel(qint32 top, int depth, bool ordered)
     QHash<QString, CategoryLook> categories;
     QHash<qint32, qsizetype> at;
     TreeTable level(Process().TermDB, u"elements", u"elemID", u"parentID");
+    // A deeper level is put in order here: the store would sort all of it by text.
     level.level(
-        top, depth, u"categoryID", ordered,
+        top, depth, u"categoryID", ordered && depth == 1,
         [&](std::int64_t parent, std::int64_t id, const QString &category, bool hasChildren) {
             auto known = categories.find(category);
             if (known == categories.end())
@@ -325,6 +326,21 @@ QList<ElementNode> ReadElementLevel(qint32 top, int depth, bool ordered)
         const ElementLook seen = look(node.ElemID, *categories.constFind(node.CategoryID), none);
         node.Kind = seen.Kind;
         node.Text = seen.Text;
+    }
+    if (ordered && depth > 1) {
+        QStringList ids = categories.keys();
+        std::sort(ids.begin(), ids.end(),
+                  [](const QString &x, const QString &y) { return text::CompareText(x, y) < 0; });
+        QHash<QString, int> rank;
+        for (int i = 0; i < ids.size(); ++i)
+            rank.insert(ids[i], i);
+        std::sort(nodes.begin(), nodes.end(), [&](const ElementNode &x, const ElementNode &y) {
+            if (x.Parent != y.Parent)
+                return x.Parent < y.Parent;
+            const int rx = rank.value(x.CategoryID);
+            const int ry = rank.value(y.CategoryID);
+            return rx != ry ? rx < ry : x.ElemID < y.ElemID;
+        });
     }
     return nodes;
 }
