@@ -98,6 +98,11 @@ public:
     // A label edit of Tree1 ended with `text`: the program changes the label itself.
     void Tree1_AfterLabelEdit(QTreeWidgetItem *node, const QString &text);
     void txtData_Click();
+    // The records of the backmatter (frm_tb_editor_edit.cpp); the tree shows the result.
+    void AddRecord(const QString &command, const QString &categoryId);
+    void AddPerson();
+    void AddBibliography();
+    void AddBinaryRecord(const QString &categoryId);
     // The termbase closes first, then the windows that belong to the editor go; the editor's
     // place is kept for the next run.
     void Form_Unload() override;

@@ -284,9 +284,8 @@ void frmTBEDitor::ShowCategoryEditor(const QString &categoryId)
         show(sldData);
         break;
     case Control::Record:
-        // The records of the backmatter are made by their own dialogs, a later step.
-        NotAvailableYet();
-        break;
+        AddRecord(editor.RecordCommand, categoryId);
+        return;
     case Control::Pointer:
         if (!StartCrossReference())
             return;

@@ -10,8 +10,10 @@
 #include "termbase/edit/categories.h"
 #include "termbase/edit/element_tree.h"
 #include "termbase/edit/modify.h"
+#include "termbase/edit/records.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_records.h"
 #include "ui/frm_tb_editor.h"
 
 #include <QComboBox>
@@ -165,6 +167,56 @@ void frmTBEDitor::cmdEdit_Click()
     if (!WriteElementValue(edit))
         return;
     ReturnToElement();
+}
+
+void frmTBEDitor::AddRecord(const QString &command, const QString &categoryId)
+{
+    if (command == QLatin1String("AddPerson"))
+        AddPerson();
+    else if (command == QLatin1String("AddBibliography"))
+        AddBibliography();
+    else if (command == QLatin1String("AddBinaryRecord"))
+        AddBinaryRecord(categoryId);
+    else
+        AddTextRecord(*this, command);
+    ReturnToElement();
+}
+
+// Without an alias nothing is written, and the dialog stays loaded with what was typed.
+void frmTBEDitor::AddPerson()
+{
+    frmPerson &dialog = Forms().Get<frmPerson>();
+    UI().ShowModal(&dialog);
+    if (dialog.txtAlias->text().isEmpty())
+        return;
+    AddPersonRecord(*this, dialog.Fields());
+    Forms().Unload(&dialog);
+}
+
+void frmTBEDitor::AddBibliography()
+{
+    frmBiblio &dialog = Forms().Get<frmBiblio>();
+    UI().ShowModal(&dialog);
+    if (dialog.txtDescriptor->text().isEmpty())
+        return;
+    AddBibliographyRecord(*this, dialog.Fields());
+    Forms().Unload(&dialog);
+}
+
+void frmTBEDitor::AddBinaryRecord(const QString &categoryId)
+{
+    const std::optional<QString> filter = BinaryRecordFilter(categoryId);
+    if (!filter)
+        return;
+    FileDialogRequest request;
+    request.title = QStringLiteral("Open");
+    request.filter = *filter;
+    request.filterIndex = 1;
+    request.initialDir = AppPath();
+    const std::optional<QString> file = UI().GetOpenFileName(request);
+    if (!file || file->isEmpty())
+        return;
+    lx::AddBinaryRecord(*this, categoryId, *file);
 }
 
 void frmTBEDitor::txtData_Click()

@@ -20,8 +20,14 @@ namespace {
 const QString kErrorTitle = QStringLiteral("Error");
 constexpr int MaxDescription = 50;
 
-// A new element numbered after the highest in use.
 qint32 addElement(TermbaseEditor &editor, const QString &category, qint32 parent)
+{
+    return AddElementRow(editor, category, parent);
+}
+
+} // namespace
+
+qint32 AddElementRow(TermbaseEditor &editor, const QString &category, qint32 parent)
 {
     Recordset &rs = Process().rsElements;
     rs.AddNew();
@@ -31,6 +37,8 @@ qint32 addElement(TermbaseEditor &editor, const QString &category, qint32 parent
     rs.Update();
     return ++editor.LastElemID;
 }
+
+namespace {
 
 void addRow(const char *table, std::initializer_list<std::pair<QStringView, QVariant>> fields)
 {

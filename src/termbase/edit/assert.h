@@ -40,6 +40,9 @@ struct AssertResult {
 };
 AssertResult AssertElement(TermbaseEditor &editor, const AssertInput &input);
 
+// A new element numbered after the highest in use; its number.
+qint32 AddElementRow(TermbaseEditor &editor, const QString &category, qint32 parent);
+
 // A date typed as dd/mm/yyyy; a text that is no day of the calendar is told, and gives nothing.
 std::optional<QDate> AcceptedDate(const QString &text);
 
