@@ -3,6 +3,7 @@
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/recordset.h"
+#include "core/text/collation.h"
 #include "core/text/like.h"
 #include "ontology/store/lookups.h"
 
@@ -15,6 +16,12 @@ using namespace store;
 namespace {
 
 constexpr int MinPatternLength = 3;
+
+// Text as the store compares it: without regard to case.
+bool SameText(const QString &a, const QString &b)
+{
+    return text::CompareText(a, b) == 0;
+}
 
 void Advance(const BatchStep &step, int done)
 {
@@ -119,23 +126,29 @@ int AddBatchNames(const QStringList &concepts, const QString &langId, bool asIs,
     return added;
 }
 
+// The names of each concept are walked in the Concept index: the language alone would lead a
+// query through every name of that language for each concept.
 int RemoveBatchNames(const QStringList &concepts, const QString &langId, const BatchStep &step)
 {
+    Recordset names = Process().OntoDB.OpenRecordset(QStringLiteral("Names"), dbOpenTable);
+    names.SetIndex(QStringLiteral("Concept"));
     int removed = 0;
     for (qsizetype i = 0; i < concepts.size(); ++i) {
-        Recordset rs = Process().OntoDB.OpenRecordset(
-            QStringLiteral("SELECT * from Names WHERE ") + QStringLiteral("Concept = ") +
-                Quoted(concepts[i]) + QStringLiteral(" AND ") + QStringLiteral("Lang_ID = ") +
-                Quoted(langId),
-            dbOpenDynaset);
-        for (; !rs.Eof(); rs.MoveNext()) {
-            rs.Edit();
-            rs.Delete();
-            ++removed;
+        const QString &identifier = concepts[i];
+        names.Seek(u"=", identifier);
+        if (!names.NoMatch()) {
+            for (; !names.Eof() && SameText(names.Fields(u"Concept").Text(), identifier);
+                 names.MoveNext()) {
+                if (!SameText(names.Fields(u"Lang_ID").Text(), langId))
+                    continue;
+                names.Edit();
+                names.Delete();
+                ++removed;
+            }
         }
-        rs.Close();
         Advance(step, int(i) + 1);
     }
+    names.Close();
     return removed;
 }
 
