@@ -126,29 +126,26 @@ int AddBatchNames(const QStringList &concepts, const QString &langId, bool asIs,
     return added;
 }
 
-// The names of each concept are walked in the Concept index: the language alone would lead a
-// query through every name of that language for each concept.
+// Each concept's names are read by the concept alone and the language is tested here: with the
+// language in the query the store may walk every name of that language for each concept.
 int RemoveBatchNames(const QStringList &concepts, const QString &langId, const BatchStep &step)
 {
-    Recordset names = Process().OntoDB.OpenRecordset(QStringLiteral("Names"), dbOpenTable);
-    names.SetIndex(QStringLiteral("Concept"));
     int removed = 0;
     for (qsizetype i = 0; i < concepts.size(); ++i) {
-        const QString &identifier = concepts[i];
-        names.Seek(u"=", identifier);
-        if (!names.NoMatch()) {
-            for (; !names.Eof() && SameText(names.Fields(u"Concept").Text(), identifier);
-                 names.MoveNext()) {
-                if (!SameText(names.Fields(u"Lang_ID").Text(), langId))
-                    continue;
-                names.Edit();
-                names.Delete();
-                ++removed;
-            }
+        Recordset rs =
+            Process().OntoDB.OpenRecordset(QStringLiteral("SELECT * from Names WHERE ") +
+                                               QStringLiteral("Concept = ") + Quoted(concepts[i]),
+                                           dbOpenDynaset);
+        for (; !rs.Eof(); rs.MoveNext()) {
+            if (!SameText(rs.Fields(u"Lang_ID").Text(), langId))
+                continue;
+            rs.Edit();
+            rs.Delete();
+            ++removed;
         }
+        rs.Close();
         Advance(step, int(i) + 1);
     }
-    names.Close();
     return removed;
 }
 
