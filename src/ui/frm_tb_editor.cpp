@@ -7,6 +7,7 @@
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
+#include "ui/frm_dc_help.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
 #include "ui/frm_tb_options.h"
@@ -75,6 +76,7 @@ frmTBEDitor::frmTBEDitor()
     buildToolBar();
     buildCentre();
     buildElementTree();
+    AttachCategoryHelp(*this);
     for (int i = 0; i < 3; ++i) {
         auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);
@@ -367,6 +369,8 @@ void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
             return;
         }
     }
+    if (key == QLatin1String("help"))
+        return RunCommand([] { ShowCategoryHelp(QStringLiteral("1")); });
     RunCommand(NotAvailableYet);
 }
 
