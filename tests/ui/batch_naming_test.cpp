@@ -119,6 +119,21 @@ TEST_F(BatchNamingTest, SortsAsEnteredAndRefreshesBackToAlphabetical)
     EXPECT_EQ(dialog->cbxSubset->count(), 4);
 }
 
+TEST_F(BatchNamingTest, AnOntologyWithoutConceptsSaysSoAsTheDialogOpens)
+{
+    dialog->cmdCancel->click();
+    FlushDeletes();
+    for (const QString &identifier : {u"EATS"_s, u"BIRD"_s, u"ANIMAL"_s, u"THING"_s})
+        ConceptRow(identifier).Delete();
+    user.answerMsgBox(msg::OK);
+    form.mnuToolsBatchNaming->trigger();
+    ASSERT_EQ(asked().size(), 1);
+    EXPECT_EQ(asked()[0].text, QStringLiteral("The list of concepts is empty!"));
+    dialog = ui::Forms().Find<ui::frmBatchNaming>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->ListedConcepts().isEmpty());
+}
+
 // --- Selecting ------------------------------------------------------------------------------
 
 TEST_F(BatchNamingTest, AnExpressionSelectsWholeMatchesAndRefusesShortOrEmptyOnes)
@@ -256,6 +271,29 @@ TEST_F(BatchNamingTest, RemovingTakesEveryNameOfTheLanguageOfTheSelectedConcepts
     dialog->cmdOK->click();
     EXPECT_TRUE(names(u"de"_s).isEmpty());
     EXPECT_EQ(names(u"en"_s), QStringList{u"Bird"_s});
+}
+
+// A write the store refuses ends the run with its message; the bar goes and the pointer comes
+// back, and the dialog stays usable.
+TEST_F(BatchNamingTest, AFailedRunLeavesTheDialogUsable)
+{
+    pickLanguage(u"French"_s);
+    store::Recordset french = Process().OntoDB.OpenRecordset(
+        u"SELECT * FROM Languages WHERE Lang_ID = \"fr\""_s, store::dbOpenDynaset);
+    french.Delete(); // gone while the dialog still lists it
+    french.Close();
+    selectAll();
+    user.answerMsgBox(msg::OK);
+    dialog->cmdOK->click();
+    ASSERT_EQ(asked().size(), 1);
+    EXPECT_EQ(asked()[0].icon, msg::Critical);
+    EXPECT_TRUE(names(u"fr"_s).isEmpty());
+    EXPECT_FALSE(dialog->ProgressBar1->isVisible());
+    EXPECT_EQ(user.MousePointer(), pointer::Default);
+
+    pickLanguage(u"German"_s);
+    dialog->cmdOK->click();
+    EXPECT_EQ(names(u"de"_s).size(), 4);
 }
 
 // The form keeps its size from one opening to the next.
