@@ -1,6 +1,8 @@
-// lexarbor-mkseed SOURCE-FOLDER OUTPUT-FILE
+// lexarbor-mkseed SOURCE-FOLDER OUTPUT-FILE [HELP-FILE]
 //
-// Builds the seed file res.dat from the text sources under resources/seed, one source a table.
+// Builds the seed file res.dat from the text sources under resources/seed, one source a table,
+// and, when asked, the data category help DCHelp.html from the same sources and the
+// definitions in tb_datcats_help.tsv.
 // A source is UTF-8 text: lines starting with '#' and blank lines are skipped, the first other
 // line names the columns, and each further line is one row, its values separated by tabs.
 // Any fault in a source stops the build with the file, the line and the reason, and leaves an
@@ -8,6 +10,7 @@
 
 #include "core/store/database.h"
 #include "core/store/errors.h"
+#include "help_page.h"
 #include "ontology/store/schema.h"
 #include "termbase/store/schema.h"
 
@@ -98,6 +101,14 @@ const std::vector<SourceTable> &SourceTables()
           {"occurrence", Kind::Text}}},
     };
     return tables;
+}
+
+// The definitions of the categories: a source of the help, not of the seed file.
+const SourceTable &HelpSourceLayout()
+{
+    static const SourceTable layout{
+        "tb_datcats_help.tsv", nullptr, {{"categoryID", Kind::Text}, {"definition", Kind::Text}}};
+    return layout;
 }
 
 // Table builders run on the empty file before any row goes in.
@@ -380,6 +391,34 @@ void CheckOntology(const std::vector<Source> &sources)
         languages.fail(0, QStringLiteral("the language en is missing"));
 }
 
+bool IsBackmatter(const QString &id)
+{
+    return id.startsWith(QLatin1Char('x'));
+}
+
+// "Help on this" finds a category by its name in the pane, the last of equal names winning, and
+// the help's list reads a category as its name, " (", its identifier and ")". So a name may not
+// hold " (", and within one language no name of a category with help (any but the backmatter's)
+// may be shared with another category.
+void CheckNamesForHelp(const Source &names)
+{
+    QHash<QPair<QString, QString>, const Row *> first; // language, name
+    for (const Row &row : names.rows) {
+        const QString &id = row.values[0];
+        if (row.values[2].contains(QStringLiteral(" (")))
+            names.fail(row.line, QStringLiteral("the name of %1 holds \" (\"").arg(id));
+        const QPair<QString, QString> key{row.values[1], row.values[2]};
+        const Row *earlier = first.value(key);
+        if (!earlier) {
+            first.insert(key, &row);
+            continue;
+        }
+        if (!IsBackmatter(id) || !IsBackmatter(earlier->values[0]))
+            names.fail(row.line, QStringLiteral("%1 shares the %2 name %3 with %4")
+                                     .arg(id, row.values[1], row.values[2], earlier->values[0]));
+    }
+}
+
 // What the termbase editor looks for in a new termbase: the top categories below DC, a name of
 // every category in the languages of the options, the frame of elements 1 and 3, and values for
 // every picklist category.
@@ -435,6 +474,66 @@ void CheckTermbase(const std::vector<Source> &sources)
     for (const QString &id : picklistCategories)
         if (!withValues.contains(id))
             picklists.fail(0, QStringLiteral("the picklist %1 has no values").arg(id));
+    CheckNamesForHelp(names);
+}
+
+// Every category but the backmatter's has a definition, and every definition a category.
+void CheckHelp(const std::vector<Source> &sources, const Source &help)
+{
+    const Source &datcats = SourceOf(sources, "tb_datcats.tsv");
+    QSet<QString> categories;
+    for (const Row &row : datcats.rows)
+        categories.insert(row.values[0]);
+    QSet<QString> defined;
+    for (const Row &row : help.rows) {
+        const QString &id = row.values[0];
+        if (!categories.contains(id) || IsBackmatter(id))
+            help.fail(row.line,
+                      QStringLiteral("%1 isn't a category with help (not in tb_datcats.tsv, or "
+                                     "of the backmatter)")
+                          .arg(id));
+        if (defined.contains(id))
+            help.fail(row.line, QStringLiteral("a second definition of %1").arg(id));
+        defined.insert(id);
+    }
+    for (const Row &row : datcats.rows)
+        if (!IsBackmatter(row.values[0]) && !defined.contains(row.values[0]))
+            help.fail(0, QStringLiteral("%1 has no definition").arg(row.values[0]));
+}
+
+// The help's categories in the order of tb_datcats.tsv, a parent before its children.
+std::vector<mkseed::HelpCategory> HelpCategories(const std::vector<Source> &sources,
+                                                 const Source &help)
+{
+    QHash<QString, QString> definitions;
+    for (const Row &row : help.rows)
+        definitions.insert(row.values[0], row.values[1]);
+    QHash<QString, QList<std::pair<QString, QString>>> names;
+    for (const Row &row : SourceOf(sources, "tb_datcats_names.tsv").rows) {
+        auto &list = names[row.values[0]];
+        const std::pair<QString, QString> name{row.values[1], row.values[2]};
+        if (row.values[1] == QLatin1String("en"))
+            list.prepend(name);
+        else
+            list.append(name);
+    }
+    QHash<QString, QStringList> under;
+    for (const Row &row : SourceOf(sources, "tb_valid_families.tsv").rows)
+        under[row.values[1]] << row.values[0];
+    QHash<QString, QStringList> values;
+    for (const Row &row : SourceOf(sources, "tb_picklists.tsv").rows)
+        values[row.values[0]] << row.values[1];
+
+    std::vector<mkseed::HelpCategory> categories;
+    for (const Row &row : SourceOf(sources, "tb_datcats.tsv").rows) {
+        const QString &id = row.values[0];
+        if (IsBackmatter(id))
+            continue;
+        categories.push_back({id, row.values[6], definitions.value(id), row.values[1],
+                              row.values[3], row.values[4] == QLatin1String("true"),
+                              names.value(id), under.value(id), values.value(id)});
+    }
+    return categories;
 }
 
 void RemoveFile(const QString &path)
@@ -443,11 +542,30 @@ void RemoveFile(const QString &path)
         QFile::remove(path + QLatin1String(suffix));
 }
 
-int Run(const QString &folder, const QString &output)
+// Written beside the target and renamed at the end, like the seed file.
+void WriteHelpFile(const QString &path, const QString &html)
+{
+    const QString part = path + QStringLiteral(".part");
+    QFile file(part);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(html.toUtf8()) < 0 ||
+        !file.flush()) {
+        file.remove();
+        throw SourceError{path, QStringLiteral("can't write the help file")};
+    }
+    file.close();
+    QFile::remove(path);
+    if (!QFile::rename(part, path)) {
+        QFile::remove(part);
+        throw SourceError{path, QStringLiteral("can't write the help file")};
+    }
+}
+
+int Run(const QString &folder, const QString &output, const QString &helpOutput)
 {
     std::vector<Source> sources;
     for (const SourceTable &layout : SourceTables())
         sources.push_back(ReadSource(folder, layout));
+    const Source help = ReadSource(folder, HelpSourceLayout());
 
     // Built beside the output and renamed at the end, so a failed run leaves the old file.
     const QString part = output + QStringLiteral(".part");
@@ -463,6 +581,7 @@ int Run(const QString &folder, const QString &output)
         db.Close();
         CheckOntology(sources);
         CheckTermbase(sources);
+        CheckHelp(sources, help);
     } catch (...) {
         RemoveFile(part);
         throw;
@@ -472,6 +591,8 @@ int Run(const QString &folder, const QString &output)
         RemoveFile(part);
         throw SourceError{output, QStringLiteral("can't write the seed file")};
     }
+    if (!helpOutput.isEmpty())
+        WriteHelpFile(helpOutput, mkseed::CategoryHelpPage(HelpCategories(sources, help)));
     return 0;
 }
 
@@ -479,14 +600,15 @@ int Run(const QString &folder, const QString &output)
 
 int main(int argc, char **argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: lexarbor-mkseed SOURCE-FOLDER OUTPUT-FILE\n");
+    if (argc != 3 && argc != 4) {
+        std::fprintf(stderr, "usage: lexarbor-mkseed SOURCE-FOLDER OUTPUT-FILE [HELP-FILE]\n");
         return 2;
     }
     const QString folder = QString::fromLocal8Bit(argv[1]);
     const QString output = QString::fromLocal8Bit(argv[2]);
+    const QString help = argc == 4 ? QString::fromLocal8Bit(argv[3]) : QString();
     try {
-        return Run(folder, output);
+        return Run(folder, output, help);
     } catch (const SourceError &e) {
         std::fprintf(stderr, "lexarbor-mkseed: %s: %s\n", qPrintable(e.where),
                      qPrintable(e.message));

@@ -1,6 +1,7 @@
 // The ontology editor's controls, menus, toolbar and status bar, and which handler each
 // command runs. The handlers themselves are in frm_onto_edit.cpp.
 #include "core/command.h"
+#include "ui/frm_batch_naming.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
@@ -264,7 +265,8 @@ void frmOntoEdit::routeMenus()
     route(mnuTreeAttr, &frmOntoEdit::mnuTreeAttr_Click);
     route(mnuTreeSelConcept, &frmOntoEdit::mnuTreeSelConcept_Click);
     route(mnuConceptTree, &frmOntoEdit::mnuConceptTree_Click);
-    for (QAction *later : {mnuFileExport, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
+    connect(mnuToolsBatchNaming, &QAction::triggered, this, [] { RunCommand(ShowBatchNaming); });
+    for (QAction *later : {mnuFileExport, mnuToolsOntoNav, mnuGenHTML})
         route(later, &frmOntoEdit::NotAvailableYet);
 }
 

@@ -7,6 +7,7 @@
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
+#include "ui/frm_dc_help.h"
 #include "ui/frm_find.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
@@ -78,6 +79,7 @@ frmTBEDitor::frmTBEDitor()
     buildElementTree();
     buildBrowser();
     wireEditCommands();
+    AttachCategoryHelp(*this);
     for (int i = 0; i < 3; ++i) {
         auto *panel = Named(new QLabel(this), QStringLiteral("Panel%1").arg(i + 1));
         statusBar()->addWidget(panel, i == 0 ? 2 : 1);

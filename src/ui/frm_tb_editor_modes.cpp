@@ -12,6 +12,7 @@
 #include "termbase/edit/element_tree.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
+#include "ui/frm_dc_help.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/list_views.h"
@@ -282,6 +283,8 @@ void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
             Browser->GoForward();
         else if (key == QLatin1String("refresh"))
             RegenerateEntryPage();
+        else if (key == QLatin1String("help"))
+            ShowCategoryHelp(QStringLiteral("1"));
         else
             NotAvailableYet();
     });

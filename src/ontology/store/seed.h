@@ -17,4 +17,9 @@ void CopySeedContent();
 // copy can't be made. Defined with the built-in copy itself, in lexarbor_seed_data.
 bool EnsureSeedFile();
 
+// The data category help beside the program (AppPath, "DCHelp.html"), put there in the same way
+// from the copy built into the program. Returns its path, or an empty string if the copy can't
+// be made.
+QString EnsureHelpFile();
+
 } // namespace lx

@@ -25,4 +25,16 @@ bool EnsureSeedFile()
     return QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
 }
 
+QString EnsureHelpFile()
+{
+    const QString target = AppPath() + QStringLiteral("/DCHelp.html");
+    if (QFileInfo::exists(target))
+        return target;
+    InitSeedResource();
+    if (!QFile::copy(QStringLiteral(":/lexarbor/DCHelp.html"), target))
+        return {};
+    QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+    return target;
+}
+
 } // namespace lx

@@ -40,10 +40,27 @@ protected:
         return first;
     }
 
+    QString help() const { return folder.path(QStringLiteral("DCHelp.html")); }
+
+    // Replaces the line `from` of a source by `to`; returns its number.
+    int replace(const QString &file, const QString &from, const QString &to)
+    {
+        QFile f(QDir(sources()).filePath(file));
+        EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+        QStringList lines = QString::fromUtf8(f.readAll()).split(QLatin1Char('\n'));
+        f.close();
+        const int at = int(lines.indexOf(from));
+        EXPECT_GE(at, 0) << from.toStdString();
+        lines[at] = to;
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        f.write(lines.join(QLatin1Char('\n')).toUtf8());
+        return at + 1;
+    }
+
     ToolRun run()
     {
         QProcess tool;
-        tool.start(QStringLiteral(LEXARBOR_MKSEED), {sources(), output()});
+        tool.start(QStringLiteral(LEXARBOR_MKSEED), {sources(), output(), help()});
         EXPECT_TRUE(tool.waitForFinished(-1));
         return {tool.exitCode(), QString::fromLocal8Bit(tool.readAllStandardError())};
     }
@@ -85,6 +102,7 @@ TEST_F(MkseedTest, RefusesBadSourcesByFileAndLine)
          "tb_datcats.tsv",
          {"7.9\tdescrip\tunnamed\ttext\tfalse\tfalse\t7"},
          "7.9 has no name in en"},
+        {"definition of a record", "tb_datcats_help.tsv", {"x10.3\tA subset."}, "x10.3 isn't"},
     };
     for (const Case &c : cases) {
         fresh();
@@ -118,4 +136,59 @@ TEST_F(MkseedTest, RefusesAnIsaCycle)
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_TRUE(r.errors.contains(QStringLiteral("cycle"))) << r.errors.toStdString();
     EXPECT_FALSE(QFile::exists(output()));
+}
+
+// Every category but the backmatter's needs its definition, which its help section shows.
+TEST_F(MkseedTest, WritesAHelpSectionPerCategoryAndRefusesOneWithoutDefinition)
+{
+    ASSERT_EQ(run().exitCode, 0);
+    QFile page(help());
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    const QString html = QString::fromUtf8(page.readAll());
+    EXPECT_TRUE(html.contains(QStringLiteral("<h2 id=\"5.3x\">Context file")));
+    EXPECT_TRUE(html.contains(QStringLiteral("<h2 id=\"10.2.2.10\">")));
+    EXPECT_FALSE(html.contains(QStringLiteral("id=\"x"))) << "no backmatter sections";
+    EXPECT_FALSE(html.contains(QStringLiteral("<script")));
+    page.close();
+
+    append(QStringLiteral("tb_datcats.tsv"),
+           {QStringLiteral("7.4\tdescrip\tundefined\ttext\tfalse\tfalse\t7")});
+    append(QStringLiteral("tb_datcats_names.tsv"),
+           {QStringLiteral("7.4\ten\tUndefined"), QStringLiteral("7.4\tes\tIndefinido")});
+    const ToolRun r = run();
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_TRUE(r.errors.contains(QStringLiteral("7.4 has no definition")))
+        << r.errors.toStdString();
+}
+
+// "Help on this" finds a category by its name in the pane, the last of equal names winning, and
+// the help's list reads the identifier after " (": names that would mislead either are refused.
+TEST_F(MkseedTest, RefusesNamesThatHelpCouldNotFindItsCategoryBy)
+{
+    struct Case {
+        const char *from;
+        const char *to;
+        const char *reason;
+    };
+    const Case cases[] = {
+        {"7\tit\tStruttura concettuale", "7\tit\tStruttura (concetti)", "the name of 7 holds"},
+        {"x10.3\tnl\tDeelverzamelingsrecord", "x10.3\tnl\tBegripsstructuur",
+         "x10.3 shares the nl name Begripsstructuur with 7"},
+        {"7.3\tde\tBegriffsplan", "7.3\tde\tBegriffsstruktur", "7.3 shares the de name"},
+    };
+    for (const Case &c : cases) {
+        fresh();
+        const QString file = QStringLiteral("tb_datcats_names.tsv");
+        const int line = replace(file, QString::fromUtf8(c.from), QString::fromUtf8(c.to));
+        const ToolRun r = run();
+        EXPECT_EQ(r.exitCode, 1) << c.to;
+        EXPECT_TRUE(r.errors.contains(QStringLiteral("%1:%2:").arg(file).arg(line)))
+            << r.errors.toStdString();
+        EXPECT_TRUE(r.errors.contains(QString::fromUtf8(c.reason))) << r.errors.toStdString();
+    }
+    // Backmatter records may share a name among themselves: they have no help.
+    fresh();
+    replace(QStringLiteral("tb_datcats_names.tsv"), QStringLiteral("x9.1\ten\tThesaurus"),
+            QStringLiteral("x9.1\ten\tThesauri"));
+    EXPECT_EQ(run().exitCode, 0);
 }
