@@ -1,7 +1,9 @@
 // The ontology editor's controls, menus, toolbar and status bar, and which handler each
 // command runs. The handlers themselves are in frm_onto_edit.cpp.
 #include "core/command.h"
+#include "ui/frm_gen_html.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_onto_nav.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
 #include "ui/list_views.h"
@@ -264,8 +266,10 @@ void frmOntoEdit::routeMenus()
     route(mnuTreeAttr, &frmOntoEdit::mnuTreeAttr_Click);
     route(mnuTreeSelConcept, &frmOntoEdit::mnuTreeSelConcept_Click);
     route(mnuConceptTree, &frmOntoEdit::mnuConceptTree_Click);
-    for (QAction *later : {mnuFileExport, mnuToolsOntoNav, mnuGenHTML, mnuToolsBatchNaming})
-        route(later, &frmOntoEdit::NotAvailableYet);
+    connect(mnuToolsOntoNav, &QAction::triggered, this, [] { RunCommand([] { ShowOntoNav(); }); });
+    connect(mnuGenHTML, &QAction::triggered, this, [] { RunCommand(ShowOntologyReports); });
+    connect(mnuFileExport, &QAction::triggered, this, [] { RunCommand(ShowOntologyExport); });
+    route(mnuToolsBatchNaming, &frmOntoEdit::NotAvailableYet);
 }
 
 void frmOntoEdit::buildToolBar()
