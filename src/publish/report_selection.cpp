@@ -42,11 +42,17 @@ std::optional<qint32> ReportList::EntryOf(const QString &identifier)
 
 QStringList ReadReportConcepts(bool alphabetical)
 {
-    return store::ReadColumn(Process().OntoDB,
-                             alphabetical
-                                 ? QStringLiteral("SELECT Concept FROM CONCEPTS ORDER BY Concept")
-                                 : QStringLiteral("SELECT Concept FROM CONCEPTS"),
-                             u"Concept");
+    if (alphabetical)
+        return store::ReadColumn(Process().OntoDB,
+                                 QStringLiteral("SELECT Concept FROM CONCEPTS ORDER BY Concept"),
+                                 u"Concept");
+    // As entered is the table's own order; a query without an order would come by the index.
+    QStringList concepts;
+    store::Recordset rs =
+        Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
+    for (; !rs.Eof(); rs.MoveNext())
+        concepts.append(store::TextOrEmpty(rs.Value(u"Concept")));
+    return concepts;
 }
 
 QStringList ReadReportSubsets()
