@@ -2,6 +2,7 @@
 
 #include "core/process.h"
 #include "core/store/database.h"
+#include "ontology/edit/inheritance.h"
 #include "publish/html_stuff.h"
 #include "publish/text_channel.h"
 
@@ -130,6 +131,9 @@ int PublishWholeOntology(const QString &folder, const QString &siteName,
     index.Print(IndexHead(siteName));
     index.Print(IndexStamp(QDateTime::currentDateTime()));
 
+    // Nothing but the scratch rows of Inherit is written during the run, so what the
+    // inheritance engine reads of the ontology holds from one page to the next.
+    const InheritanceReadCache reads;
     store::Recordset rs =
         Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenSnapshot);
     const int total = int(rs.RecordCount());

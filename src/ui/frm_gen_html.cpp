@@ -5,6 +5,7 @@
 #include "core/interaction.h"
 #include "core/process.h"
 #include "core/text/like.h"
+#include "ontology/edit/inheritance.h"
 #include "ontology/exchange/export.h"
 #include "ontology/store/lifecycle.h"
 #include "ontology/store/lookups.h"
@@ -504,6 +505,8 @@ void frmGenHTML::GenerateReports()
     ProgressBar1->setValue(0);
     m_filled = false;
     int done = 0;
+    // The run blocks until its last page: the ontology stays as it is meanwhile.
+    const InheritanceReadCache reads;
     const auto finish = [&] {
         m_filled = true;
         ProgressBar1->hide();
