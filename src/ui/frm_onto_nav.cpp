@@ -16,6 +16,7 @@
 #include "ui/named.h"
 #include "ui/window_place.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFile>
@@ -185,6 +186,11 @@ void frmOntoNav::connectControls()
     });
     connect(Tree1, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem *item) { RunCommand([this, item] { Tree1_NodeClick(item); }); });
+    // The keys move the selection as a click does; a mouse press leaves it to the click.
+    connect(Tree1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
+        if (!m_programMove && item && QApplication::mouseButtons() == Qt::NoButton)
+            RunCommand([this, item] { Tree1_NodeClick(item); });
+    });
     connect(cbxFind, &QComboBox::editTextChanged, this,
             [this] { RunCommand([this] { cbxFind_Change(); }); });
     connect(cbxFind, &QComboBox::activated, this,

@@ -102,6 +102,10 @@ TEST_F(OntoNavTest, OpensOnTheTopConceptAndWritesItsPageAlone)
     for (int i = 0; i < root->childCount(); ++i)
         children << root->child(i)->text(0);
     EXPECT_EQ(children, (QStringList{S("ANIMAL"), S("EATS"), S("STONE")}));
+    // Moving with the keys shows the page as a click does.
+    nav.Tree1->setCurrentItem(root->child(1));
+    EXPECT_EQ(selected(nav), S("EATS"));
+    EXPECT_EQ(pagesWritten(), (QStringList{S("EATS.html"), S("THING.html")}));
     for (QAction *idle : {nav.mnuBrowserBack, nav.mnuBrowserForward, nav.mnuFilePrint})
         idle->trigger();
     EXPECT_EQ(nav.mnuFileRefresh->text(), S("&Generate Again (refresh)"));
