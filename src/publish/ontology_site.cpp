@@ -176,7 +176,9 @@ QString IdentifierOfPage(const QString &localFile)
 
 bool WritePageIfMissing(const QString &localFile, const QString &folder)
 {
-    if (!SameFolder(QFileInfo(localFile).absolutePath(), folder))
+    // Only pages are written: any other file of the folder is left to the browser.
+    if (!localFile.endsWith(QStringLiteral(".html")) ||
+        !SameFolder(QFileInfo(localFile).absolutePath(), folder))
         return false;
     const QString identifier = IdentifierOfPage(localFile);
     const std::optional<QString> page = ConceptPagePath(identifier, folder);

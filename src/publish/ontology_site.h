@@ -45,7 +45,7 @@ QString IdentifierOfPage(const QString &localFile);
 
 // The navigator's pages on demand: when the browser is about to show `localFile`, the page of
 // its concept is written into `folder` unless it is there already. Returns whether a page was
-// written. A file outside `folder` is left alone.
+// written. A file outside `folder`, or one that isn't a page (".html"), is left alone.
 bool WritePageIfMissing(const QString &localFile, const QString &folder);
 
 } // namespace lx

@@ -168,6 +168,7 @@ TEST_F(PageOnDemandTest, APageIsWrittenOnceAndOnlyInsideTheFolder)
     EXPECT_FALSE(WritePageIfMissing(folder.path(S("CAR.html")), pages + QLatin1Char('/')));
     EXPECT_FALSE(WritePageIfMissing(pages + S("/../EVENT.html"), pages + QLatin1Char('/')));
     EXPECT_FALSE(WritePageIfMissing(pages + S("/sub/EVENT.html"), pages + QLatin1Char('/')));
+    EXPECT_FALSE(WritePageIfMissing(pages + S("/ontoback.jpg"), pages + QLatin1Char('/')));
     EXPECT_FALSE(QFile::exists(folder.path(S("EVENT.html"))));
     EXPECT_EQ(FilesOf(pages), QSet<QString>{S("CAR.html")});
 }
