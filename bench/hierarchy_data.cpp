@@ -230,6 +230,12 @@ const Hierarchy &hierarchy()
     return h;
 }
 
+const Hierarchy &small()
+{
+    static const Hierarchy h = build(kSmallConcepts, QStringLiteral("hierarchy10k.ont"), false);
+    return h;
+}
+
 const Hierarchy &large()
 {
     static const Hierarchy h = build(kLargeConcepts, QStringLiteral("large.ont"), true);
@@ -241,6 +247,11 @@ const Hierarchy &large()
 const QString &HierarchyFile()
 {
     return hierarchy().path;
+}
+
+const QString &SmallHierarchyFile()
+{
+    return small().path;
 }
 
 QString DeepConcept()

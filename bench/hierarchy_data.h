@@ -14,6 +14,10 @@ const QString &HierarchyFile();
 // A concept kHierarchyDepth levels below "ALL" in that file.
 QString DeepConcept();
 
+// The same kind of hierarchy with kSmallConcepts concepts, made once per run.
+inline constexpr int kSmallConcepts = 10000;
+const QString &SmallHierarchyFile();
+
 // The same kind of hierarchy with kLargeConcepts concepts, ready to open as an ontology
 // (MetaData, a subset, languages); its rows are written in one transaction. Made once per run,
 // unless LEXARBOR_BENCH_LARGE_FILE names a copy made before (lexarbor-open-probe --write).

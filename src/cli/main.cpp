@@ -12,8 +12,10 @@
 #include "ontology/store/lookups.h"
 #include "ontology/store/onto_editor.h"
 #include "ontology/store/seed.h"
+#include "publish/ontology_site.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
@@ -36,7 +38,9 @@ const char *const kUsage =
     "  import FILE.ont EXPORT.oxp [--log F]  read an export file into the ontology\n"
     "  export FILE.ont OUT.oxp [--as-entered] [ID...]\n"
     "                                        all concepts (alphabetical) or those named\n"
-    "  publish FILE.ont [DIR]                the whole ontology as pages\n"
+    "  publish FILE.ont [DIR]                the whole ontology as a site: a page for every\n"
+    "                                        concept, an index and a frame page (DIR: the\n"
+    "                                        ontology's -publish folder)\n"
     "  walk FILE.ont parents|children|ancestors|descendants ID\n"
     "  inherit FILE.ont ID [--exclusive]     the inherited slots of a concept\n"
     "Each command takes --help; --yes answers the program's questions with yes.\n";
@@ -264,11 +268,35 @@ int Inherit(const Arguments &a, cli::ConsoleInteraction &ui)
     return 0;
 }
 
-int Publish(const Arguments &a, cli::ConsoleInteraction &)
+// Every concept's page with all sections, the index and the frame page, into DIR or the
+// ontology's publish folder.
+int Publish(const Arguments &a, cli::ConsoleInteraction &ui)
 {
-    if (a.plain.isEmpty())
+    if (a.plain.isEmpty() || a.plain.size() > 2)
         return Usage;
-    return Fail(QStringLiteral("publishing a whole ontology is not available yet"));
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    const QString folder =
+        a.plain.size() == 2 ? QFileInfo(a.plain[1]).absoluteFilePath() : PublishFolder();
+    int pages = 0;
+    try {
+        if (!QDir().mkpath(folder))
+            throw store::StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
+        pages = PublishWholeOntology(folder + QLatin1Char('/'), SiteName(Process().OntoMeta.Name),
+                                     [](int done, int total) {
+                                         if (done > 0 && (done % 100 == 0 || done == total))
+                                             Progress(QStringLiteral("Publishing"), done, total);
+                                     });
+    } catch (const store::StoreError &error) {
+        Close(editor);
+        return Fail(error.description() + QStringLiteral(": ") + folder);
+    }
+    const QString site = SiteName(Process().OntoMeta.Name);
+    Close(editor);
+    Print(QString::number(pages) + QStringLiteral(" pages; open ") + folder + QLatin1Char('/') +
+          site + QStringLiteral("-publish.html"));
+    return 0;
 }
 
 } // namespace

@@ -2,7 +2,9 @@
 // command runs. The handlers themselves are in frm_onto_edit.cpp.
 #include "core/command.h"
 #include "ui/frm_batch_naming.h"
+#include "ui/frm_gen_html.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_onto_nav.h"
 #include "ui/frm_tb_editor.h"
 #include "ui/images.h"
 #include "ui/list_views.h"
@@ -266,8 +268,9 @@ void frmOntoEdit::routeMenus()
     route(mnuTreeSelConcept, &frmOntoEdit::mnuTreeSelConcept_Click);
     route(mnuConceptTree, &frmOntoEdit::mnuConceptTree_Click);
     connect(mnuToolsBatchNaming, &QAction::triggered, this, [] { RunCommand(ShowBatchNaming); });
-    for (QAction *later : {mnuFileExport, mnuToolsOntoNav, mnuGenHTML})
-        route(later, &frmOntoEdit::NotAvailableYet);
+    connect(mnuToolsOntoNav, &QAction::triggered, this, [] { RunCommand([] { ShowOntoNav(); }); });
+    connect(mnuGenHTML, &QAction::triggered, this, [] { RunCommand(ShowOntologyReports); });
+    connect(mnuFileExport, &QAction::triggered, this, [] { RunCommand(ShowOntologyExport); });
 }
 
 void frmOntoEdit::buildToolBar()

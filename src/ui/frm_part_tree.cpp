@@ -6,6 +6,7 @@
 #include "core/store/errors.h"
 #include "ontology/views/hierarchy_reads.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_onto_nav.h"
 #include "ui/images.h"
 #include "ui/list_views.h"
 #include "ui/named.h"
@@ -411,15 +412,12 @@ void frmPartTree::mnuOpenEditor_Click()
     editor->activateWindow();
 }
 
-// An open navigator goes to the selected concept; until the navigator window can be opened
-// from here, there is none to open.
+// The navigator, opened if it isn't, goes to the selected concept.
 void frmPartTree::mnuOpenNav_Click()
 {
     QWidget *navigator = Forms().FindByCaption(u"Ontology Navigator*");
-    if (!navigator) {
-        NotAvailableYet();
-        return;
-    }
+    if (!navigator)
+        navigator = &ShowOntoNav();
     if (navigator->isMinimized())
         navigator->showNormal();
     navigator->raise();

@@ -101,7 +101,10 @@ protected:
                 UI().OpenInUserBrowser(url);
             return false;
         }
-        return LocalPageAllowed(url, m_browser->Folders());
+        if (!LocalPageAllowed(url, m_browser->Folders()))
+            return false;
+        Q_EMIT m_browser->BeforeNavigate(url);
+        return true;
     }
 
     QWebEnginePage *createWindow(WebWindowType) override { return this; }

@@ -42,6 +42,9 @@ public:
     QWebEngineView *View();
 
 Q_SIGNALS:
+    // A page of the folders is about to load, by a link or by Navigate: a receiver may still
+    // write the file.
+    void BeforeNavigate(const QUrl &url);
     void NavigateComplete(const QUrl &url, bool ok);
 
 private:

@@ -83,4 +83,34 @@ TEST_F(CliTest, FailuresSayWhyInOneLineAndExitNonZero)
     EXPECT_EQ(run({"walk", path("junk.ont"), "parents", "X"}).status, 1);
 }
 
+// The whole publish: into the ontology's own folder or into the one named, and a folder that
+// can't be made is a failure.
+TEST_F(CliTest, PublishWritesTheSiteWhereAskedAndFailsWhereItCannot)
+{
+    ASSERT_EQ(run({"new", path("Birds.ont")}).status, 0);
+    const Outcome own = run({"publish", path("Birds.ont")});
+    EXPECT_EQ(own.status, 0) << own.err.toStdString();
+    // 71 concepts of the seed, the index and the frame page.
+    const QStringList site = QDir(path("Birds-publish")).entryList(QDir::Files);
+    EXPECT_EQ(site.size(), 73);
+    EXPECT_TRUE(site.contains(QStringLiteral("birds-index.html")));
+    EXPECT_TRUE(site.contains(QStringLiteral("birds-publish.html")));
+    EXPECT_TRUE(site.contains(QStringLiteral("ALL.html")));
+    EXPECT_TRUE(own.out.startsWith(QStringLiteral("71 pages")));
+
+    ASSERT_EQ(run({"publish", path("Birds.ont"), path("out/site")}).status, 0);
+    EXPECT_EQ(QDir(path("out/site")).entryList(QDir::Files).size(), 73);
+
+    QFile blocker(path("file"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    const Outcome blocked = run({"publish", path("Birds.ont"), path("file/site")});
+    EXPECT_EQ(blocked.status, 1);
+    EXPECT_TRUE(blocked.err.startsWith(QStringLiteral("lexarbor-cli: ")));
+    EXPECT_EQ(blocked.err.count(u'\n'), 1);
+    EXPECT_EQ(run({"publish", path("none.ont")}).status, 1);
+    EXPECT_EQ(run({"publish"}).status, 2);
+    EXPECT_EQ(run({"publish", "--help"}).status, 0);
+}
+
 } // namespace

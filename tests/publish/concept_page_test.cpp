@@ -136,6 +136,28 @@ TEST_F(CarPageTest, DirectChildOfTheTopShowsWhatTheLastComputationLeft)
         << table.toStdString();
 }
 
+// A run that keeps what the engine reads from page to page writes the same pages as one that
+// reads it afresh each time, the rows a direct child of the top is left with included.
+TEST_F(CarPageTest, PagesWrittenWithTheReadsKeptAreThePagesWrittenWithout)
+{
+    attribute(S("CAB"), S("WEIGHT"), lx::kNothing);
+    relation(S("SPORTS-CAR"), S("HAS-PART"), S("SPOILER"), true);
+    const QStringList order{S("RACING-CAR"), S("THING"),      S("CAB"),
+                            S("MACHINE"),    S("SPORTS-CAR"), S("CAR"),
+                            S("VEHICLE"),    S("ALL"),        S("RACING-CAR")};
+    const auto run = [&] {
+        ClearInherit();
+        QList<QByteArray> pages;
+        for (const QString &id : order)
+            pages << write(id);
+        return pages;
+    };
+    const QList<QByteArray> afresh = run();
+    const lx::InheritanceReadCache reads;
+    EXPECT_EQ(run(), afresh);
+    EXPECT_TRUE(afresh.first().contains("HAS-PART.html"));
+}
+
 TEST_F(CarPageTest, TopNodesHaveNoTable)
 {
     isa(S("OBJECT"), S("ALL"));

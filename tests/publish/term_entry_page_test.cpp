@@ -1,4 +1,5 @@
 #include "core/file_steps.h"
+#include "publish/report_selection.h"
 #include "publish/term_entry_page.h"
 #include "support/scripted_user.h"
 #include "support/temp_store.h"
@@ -149,6 +150,20 @@ TEST_F(TermEntryPageTest, AnIdentifierThatWouldLeaveTheFolderWritesNothing)
                        false, false);
     EXPECT_FALSE(QFile::exists(Process().TermFolder + QStringLiteral("BIRD.html")));
     EXPECT_EQ(QDir(pages).entryList(QDir::Files).size(), 0);
+}
+
+// The report dialog's list of a termbase: its entries by concept, each found again by its
+// element; a concept that has left the termbase has none.
+TEST_F(TermEntryPageTest, TheReportListFindsEachEntrysElement)
+{
+    ReportList list;
+    EXPECT_EQ(list.Open(QStringLiteral("TermBase")),
+              (QStringList{QStringLiteral("BIRD"), QStringLiteral("CAT")}));
+    EXPECT_EQ(list.EntryOf(QStringLiteral("CAT")), std::optional<qint32>(cat));
+    EXPECT_EQ(list.EntryOf(QStringLiteral("BIRD")), std::optional<qint32>(bird));
+    EXPECT_EQ(list.EntryOf(QStringLiteral("DOG")), std::nullopt);
+    list.Close();
+    EXPECT_EQ(list.EntryOf(QStringLiteral("CAT")), std::nullopt);
 }
 
 } // namespace

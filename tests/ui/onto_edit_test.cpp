@@ -153,22 +153,6 @@ TEST_F(OntoEditTest, AboutIsModalAndUnloadedAfter)
     EXPECT_EQ(Forms().list(), QList<QWidget *>{&form});
 }
 
-// Commands whose logic comes with later steps answer plainly instead of acting.
-TEST_F(OntoEditTest, LaterCommandsSayTheyAreNotAvailableYet)
-{
-    form.EnableOntologyCommands();
-    QList<QAction *> later{form.mnuFileExport, form.mnuToolsOntoNav, form.mnuGenHTML};
-    for (qsizetype i = 0; i < later.size(); ++i)
-        user.answerMsgBox(lx::msg::OK);
-
-    for (QAction *command : later)
-        command->trigger();
-
-    ASSERT_EQ(user.calls().size(), later.size());
-    for (const auto &call : user.calls())
-        EXPECT_EQ(call.text, QStringLiteral("This command is not available yet."));
-}
-
 // The inheritance kinds read as words, their costs in the tool tips; the definition shows but
 // takes no typing.
 TEST_F(OntoEditTest, InheritanceCaptionsAndAReadOnlyDefinition)

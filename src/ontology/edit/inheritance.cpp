@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <memory>
 
 namespace lx {
 
@@ -82,6 +83,58 @@ void AddInheritRow(const SlotPair &pair, const QString &from)
     }
 }
 
+// What the engine has read while an InheritanceReadCache lives; none otherwise.
+struct ReadCache {
+    QHash<QString, QStringList> parents;
+    QHash<QString, QStringList> ancestors;
+    QHash<QString, SlotPairs> relations;
+    QHash<QString, SlotPairs> attributes;
+};
+std::unique_ptr<ReadCache> g_reads;
+
+QStringList ParentsOf(const QString &identifier)
+{
+    if (g_reads) {
+        if (const auto it = g_reads->parents.constFind(identifier); it != g_reads->parents.cend())
+            return *it;
+    }
+    QStringList parents;
+    GetParents(identifier, parents);
+    if (g_reads)
+        g_reads->parents.insert(identifier, parents);
+    return parents;
+}
+
+int AncestorsOf(const QString &identifier, QStringList &ancestors)
+{
+    if (g_reads) {
+        if (const auto it = g_reads->ancestors.constFind(identifier);
+            it != g_reads->ancestors.cend()) {
+            ancestors = *it;
+            return int(ancestors.size());
+        }
+    }
+    const int n = GetAncestors(identifier, ancestors);
+    if (g_reads)
+        g_reads->ancestors.insert(identifier, ancestors);
+    return n;
+}
+
+SlotPairs LocalSlotsOf(const QString &identifier, QHash<QString, SlotPairs> ReadCache::*kind,
+                       int (*read)(const QString &, SlotPairs &))
+{
+    if (g_reads) {
+        const QHash<QString, SlotPairs> &cache = (*g_reads).*kind;
+        if (const auto it = cache.constFind(identifier); it != cache.cend())
+            return *it;
+    }
+    SlotPairs pairs;
+    read(identifier, pairs);
+    if (g_reads)
+        ((*g_reads).*kind).insert(identifier, pairs);
+    return pairs;
+}
+
 // What one concept's own slots do to the rows inherited so far.
 void RemoveLocal(const QString &identifier, const QString &mode, const SlotPairs &pairs)
 {
@@ -121,7 +174,7 @@ private:
             if (row.Identifier.isEmpty())
                 continue;
             QStringList parents;
-            IgnoringErrors([&] { GetParents(row.Identifier, parents); });
+            IgnoringErrors([&] { parents = ParentsOf(row.Identifier); });
             for (const QString &parent : parents)
                 m_children[parent.toCaseFolded()] << row.Identifier;
         }
@@ -140,9 +193,11 @@ private:
             if (!IsInAncestorTable(child, m_table))
                 continue;
             if (m_include == kIncludeAll || m_include == kIncludeRels)
-                apply(child, slotsOf(m_relations, child, GetLocalRelations));
+                apply(child, slotsOf(g_reads ? g_reads->relations : m_relations, child,
+                                     GetLocalRelations));
             if (m_include == kIncludeAll || m_include == kIncludeAttrs)
-                apply(child, slotsOf(m_attributes, child, GetLocalAttributes));
+                apply(child, slotsOf(g_reads ? g_reads->attributes : m_attributes, child,
+                                     GetLocalAttributes));
             MarkVisited(child, m_table);
             // A child already on the way down closes a cycle in ISA: entering it again would
             // never end.
@@ -272,10 +327,24 @@ void RemoveByAttrOtherSource(const QString &attr, const QString &identifier)
     });
 }
 
+InheritanceReadCache::InheritanceReadCache()
+{
+    if (!g_reads) {
+        g_reads = std::make_unique<ReadCache>();
+        m_owner = true;
+    }
+}
+
+InheritanceReadCache::~InheritanceReadCache()
+{
+    if (m_owner)
+        g_reads.reset();
+}
+
 void ComputeInheritance(const QString &identifier, const QString &mode, const QString &include)
 {
     QStringList ancestors;
-    const int n = GetAncestors(identifier, ancestors);
+    const int n = AncestorsOf(identifier, ancestors);
     // The top concept and its direct children: nothing is computed, and Inherit keeps the
     // rows of the last computation, which the view then shows.
     if (n - 1 < 1)
@@ -285,11 +354,12 @@ void ComputeInheritance(const QString &identifier, const QString &mode, const QS
     WalkInheritance(Process().TopConcept, mode, include, table);
 
     // The concept's own slots take effect whatever the include code says.
-    SlotPairs relations;
-    if (GetLocalRelations(identifier, relations) > 0)
+    const SlotPairs relations = LocalSlotsOf(identifier, &ReadCache::relations, GetLocalRelations);
+    if (!relations.empty())
         RemoveLocal(identifier, mode, relations);
-    SlotPairs attributes;
-    if (GetLocalAttributes(identifier, attributes) > 0)
+    const SlotPairs attributes =
+        LocalSlotsOf(identifier, &ReadCache::attributes, GetLocalAttributes);
+    if (!attributes.empty())
         RemoveLocal(identifier, mode, attributes);
 }
 

@@ -63,6 +63,20 @@ void RemoveByAttr(const QString &attr);
 void RemoveByAttrValue(const QString &attr, const QString &value);
 void RemoveByAttrOtherSource(const QString &attr, const QString &identifier);
 
+// While one lives, the engine keeps what it reads of the ontology (parents, local slots,
+// ancestors) from one computation to the next, for runs over many concepts during which
+// nothing but Inherit is written, such as a publish. Only the outermost of nested ones counts.
+class InheritanceReadCache {
+public:
+    InheritanceReadCache();
+    ~InheritanceReadCache();
+    InheritanceReadCache(const InheritanceReadCache &) = delete;
+    InheritanceReadCache &operator=(const InheritanceReadCache &) = delete;
+
+private:
+    bool m_owner = false;
+};
+
 // Fills Inherit with what `identifier` inherits: mode kCumulative or kExclusive, include
 // kIncludeAll, kIncludeRels or kIncludeAttrs. The concept's own slots only take rows away, whatever
 // the include code. For the top concept and its direct children nothing is computed and

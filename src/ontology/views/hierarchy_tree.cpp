@@ -19,12 +19,13 @@ bool Matches(const QString &text, const QString &pattern)
 
 } // namespace
 
-HierarchyTree::Node HierarchyTree::AddRoot(const QString &identifier)
+HierarchyTree::Node HierarchyTree::AddRoot(const QString &identifier, bool withDummy)
 {
     const Node root = addNode(0, identifier);
     if (m_listener)
         m_listener->NodesAdded(0, {root});
-    addDummy(root);
+    if (withDummy)
+        addDummy(root);
     return root;
 }
 
@@ -215,7 +216,7 @@ bool HierarchyTree::stepToMatch(const QString &pattern)
         Select(selected);
         for (int i = IndexOf(selected) + 1; i <= count; ++i) {
             const Node node = At(i);
-            if (!IsDummy(node) && Matches(Text(node), pattern)) {
+            if (!(SkipDummyInFind && IsDummy(node)) && Matches(Text(node), pattern)) {
                 Select(node);
                 return true;
             }

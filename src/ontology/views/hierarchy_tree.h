@@ -32,8 +32,9 @@ public:
 
     explicit HierarchyTree(Listener *listener = nullptr) : m_listener(listener) {}
 
-    // A new root with this text and one dummy under it, whether or not it has children.
-    Node AddRoot(const QString &identifier);
+    // A new root with this text and one dummy under it, whether or not it has children, unless
+    // `withDummy` is false.
+    Node AddRoot(const QString &identifier, bool withDummy = true);
 
     int Count() const { return int(m_order.size()); }
     Node At(int index) const; // 1 to Count(), else 0
@@ -67,6 +68,9 @@ public:
     void ExpandPathTo(const QString &identifier);
 
     bool SearchPrepared = false;
+    // Whether the scan after a selected match passes over dummies. Off, a dummy is looked at
+    // like any node, and only a pattern that matches the dummy's text can stop on it.
+    bool SkipDummyInFind = true;
 
 private:
     struct NodeData {
