@@ -22,11 +22,6 @@ void RunUnloadSteps(QWidget *form)
 
 } // namespace
 
-void NotAvailableYet()
-{
-    UI().MsgBox(QStringLiteral("This command is not available yet."));
-}
-
 void FormCollection::add(QWidget *form)
 {
     m_forms.append(form);

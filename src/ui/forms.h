@@ -81,7 +81,4 @@ FormCollection &Forms();
 // "lblRefresh": the empty string first, then `text`, so that the same text twice still fires.
 void RefreshDialogs(const std::function<bool(const QString &caption)> &wanted, const QString &text);
 
-// The answer of a command whose logic comes with a later step.
-void NotAvailableYet();
-
 } // namespace lx::ui

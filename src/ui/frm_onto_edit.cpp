@@ -284,11 +284,6 @@ void frmOntoEdit::mnuHelpAbout_Click()
     ShowAbout();
 }
 
-void frmOntoEdit::NotAvailableYet()
-{
-    lx::ui::NotAvailableYet();
-}
-
 void frmOntoEdit::popUp(QMenu *menu)
 {
     menu->popup(QCursor::pos());

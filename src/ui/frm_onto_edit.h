@@ -164,8 +164,6 @@ public:
     // A concept's add (1), delete (2) or rename (3) carried into the linked termbases; the open
     // termbase windows hear of it, with CurrentConcept, when a link exists.
     void PropagateConceptToTermBases(const QString &newId, const QString &oldId, int operation);
-    // A command whose logic comes with a later step.
-    void NotAvailableYet();
 
     QMenu *mnuFile, *mnuEdit, *mnuConcept, *mnuTree, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOpen, *mnuFileClose, *mnuFileImport, *mnuFileExport,

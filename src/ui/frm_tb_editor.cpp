@@ -141,7 +141,8 @@ void frmTBEDitor::buildMenus()
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
     connect(mnuHelpAbout, &QAction::triggered, this, [] { RunCommand(ShowAbout); });
     // Printing comes later; the modes are routed with the browser.
-    connect(mnuFilePrint, &QAction::triggered, this, [] { RunCommand(NotAvailableYet); });
+    connect(mnuFilePrint, &QAction::triggered, this,
+            Command(this, &frmTBEDitor::mnuFilePrint_Click));
     connect(mnuEditFind, &QAction::triggered, this,
             [this] { RunCommand([this] { ShowFind(*this); }); });
 }

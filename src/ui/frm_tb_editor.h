@@ -86,6 +86,7 @@ public:
     void ShowEntryPage(QTreeWidgetItem *node);
     void ShowBackmatterFile(QTreeWidgetItem *node);
     void RegenerateEntryPage();
+    void mnuFilePrint_Click();
     void ClickPaneCategory(const QString &key);
     // The termbase's folders of pages and of backmatter files, with the final separator.
     QString PublishFolder() const;

@@ -197,6 +197,10 @@ void frmTBEDitor::RegenerateEntryPage()
 }
 
 // The list is filled when it is shown: a hidden one is left for then.
+// Printing stands in the menu with no action behind it, as in the navigator: the engine of
+// this platform fails when it lays out a page for print.
+void frmTBEDitor::mnuFilePrint_Click() {}
+
 void frmTBEDitor::ReloadConcepts()
 {
     if (!dbcConcepts->isHidden())
@@ -285,8 +289,6 @@ void frmTBEDitor::ToolBar1_ButtonClick(const QString &key)
             RegenerateEntryPage();
         else if (key == QLatin1String("help"))
             ShowCategoryHelp(QStringLiteral("1"));
-        else
-            NotAvailableYet();
     });
 }
 
