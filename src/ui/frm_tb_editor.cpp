@@ -9,6 +9,7 @@
 #include "ui/frm_about.h"
 #include "ui/frm_dc_help.h"
 #include "ui/frm_find.h"
+#include "ui/frm_gen_html.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_properties.h"
 #include "ui/frm_tb_options.h"
@@ -121,6 +122,8 @@ void frmTBEDitor::buildMenus()
 
     mnuTools = menuBar()->addMenu(QStringLiteral("&Tools"));
     mnuTools->setObjectName(QStringLiteral("mnuTools"));
+    mnuToolsGenHTML =
+        MakeItem(mnuTools, "mnuToolsGenHTML", QStringLiteral("&Generate HTML Reports"));
     mnuToolsOptions = MakeItem(mnuTools, "mnuToolsOptions", QStringLiteral("&Options"));
 
     mnuHelp = menuBar()->addMenu(QStringLiteral("&Help"));
@@ -138,6 +141,7 @@ void frmTBEDitor::buildMenus()
     route(mnuFileProperties, &frmTBEDitor::mnuFileProperties_Click);
     route(mnuFileExit, &frmTBEDitor::mnuFileExit_Click);
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
+    connect(mnuToolsGenHTML, &QAction::triggered, this, [] { RunCommand(ShowTermbaseReports); });
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
     connect(mnuHelpAbout, &QAction::triggered, this, [] { RunCommand(ShowAbout); });
     // Printing comes later; the modes are routed with the browser.

@@ -157,7 +157,7 @@ public:
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
         *mnuFileExit;
-    QAction *mnuEditFind, *mnuEditEditor, *mnuEditBrowser, *mnuToolsOptions;
+    QAction *mnuEditFind, *mnuEditEditor, *mnuEditBrowser, *mnuToolsGenHTML, *mnuToolsOptions;
     QAction *mnuHelpTool, *mnuHelpAbout;
     QToolBar *ToolBar1;
     QLabel *lblTree1, *lblTree2;

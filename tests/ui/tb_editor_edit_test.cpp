@@ -259,3 +259,17 @@ TEST_F(ElementEditUi, TheOntologyEditorsWordReachesTheTree)
 
 } // namespace
 } // namespace lx::test
+
+namespace lx::test {
+namespace {
+
+TEST_F(ElementTreeUi, TheToolsMenuOpensTheTermbaseReports)
+{
+    editor->mnuToolsGenHTML->trigger();
+    QWidget *reports = ui::Forms().FindByCaption(u"Generate HTML Reports (TermBase)");
+    ASSERT_NE(reports, nullptr);
+    ui::Forms().Unload(reports);
+}
+
+} // namespace
+} // namespace lx::test
