@@ -141,6 +141,7 @@ void frmOntoNav::buildCentre()
     cbxFind->setMaxVisibleItems(HistorySize);
     cbxFind->lineEdit()->installEventFilter(this);
     Tree1 = Named(new QTreeWidget(left), QStringLiteral("Tree1"));
+    m_mirror.Show(Tree1, &m_tree);
     Tree1->setHeaderHidden(true);
     Tree1->setUniformRowHeights(true);
     auto *leftLayout = new QVBoxLayout(left);
@@ -177,18 +178,18 @@ void frmOntoNav::connectControls()
     connect(lblGoTo, &SignalLabel::captionChanged, this,
             Command(this, &frmOntoNav::lblGoTo_Change));
     connect(Tree1, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove)
+        if (!m_mirror.ProgramMove())
             RunCommand([this, item] { Tree1_Expand(item); });
     });
     connect(Tree1, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove)
+        if (!m_mirror.ProgramMove())
             RunCommand([this, item] { Tree1_Collapse(item); });
     });
     connect(Tree1, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem *item) { RunCommand([this, item] { Tree1_NodeClick(item); }); });
     // The keys move the selection as a click does; a mouse press leaves it to the click.
     connect(Tree1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove && item && QApplication::mouseButtons() == Qt::NoButton)
+        if (!m_mirror.ProgramMove() && item && QApplication::mouseButtons() == Qt::NoButton)
             RunCommand([this, item] { Tree1_NodeClick(item); });
     });
     connect(cbxFind, &QComboBox::editTextChanged, this,
@@ -243,86 +244,19 @@ void frmOntoNav::Form_Load()
     ShowPage(p.TopConcept);
 }
 
+void frmOntoNav::treeCollapsed()
+{
+    cbxFind->setEditText(QString());
+}
+
 QTreeWidgetItem *frmOntoNav::ItemOf(Node node) const
 {
-    return node > 0 && size_t(node) < m_items.size() ? m_items[size_t(node)] : nullptr;
+    return m_mirror.ItemOf(node);
 }
 
 Node frmOntoNav::nodeOf(const QTreeWidgetItem *item) const
 {
-    return item ? item->data(0, Qt::UserRole).toInt() : 0;
-}
-
-void frmOntoNav::NodesAdded(Node parent, const std::vector<Node> &children)
-{
-    QList<QTreeWidgetItem *> items;
-    for (const Node node : children) {
-        auto *item = new QTreeWidgetItem(QStringList{m_tree.Text(node)});
-        item->setData(0, Qt::UserRole, node);
-        if (m_items.size() <= size_t(node))
-            m_items.resize(size_t(node) + 1, nullptr);
-        m_items[size_t(node)] = item;
-        items.append(item);
-    }
-    const QSignalBlocker quiet(Tree1);
-    if (QTreeWidgetItem *above = ItemOf(parent))
-        above->addChildren(items);
-    else
-        Tree1->addTopLevelItems(items);
-}
-
-void frmOntoNav::forget(QTreeWidgetItem *item)
-{
-    m_items[size_t(nodeOf(item))] = nullptr;
-    for (int i = 0; i < item->childCount(); ++i)
-        forget(item->child(i));
-}
-
-void frmOntoNav::FirstChildRemoved(Node parent)
-{
-    QTreeWidgetItem *item = ItemOf(parent);
-    if (!item || item->childCount() == 0)
-        return;
-    const QSignalBlocker quiet(Tree1);
-    QTreeWidgetItem *first = item->takeChild(0);
-    forget(first);
-    delete first;
-}
-
-void frmOntoNav::ChildrenRemoved(Node parent)
-{
-    QTreeWidgetItem *item = ItemOf(parent);
-    if (!item)
-        return;
-    const QSignalBlocker quiet(Tree1);
-    const QList<QTreeWidgetItem *> children = item->takeChildren();
-    for (QTreeWidgetItem *child : children)
-        forget(child);
-    qDeleteAll(children);
-}
-
-// A collapse empties the find box, as in the hierarchy tree.
-void frmOntoNav::ExpandedChanged(Node node, bool expanded)
-{
-    if (QTreeWidgetItem *item = ItemOf(node); item && item->isExpanded() != expanded) {
-        m_programMove = true;
-        item->setExpanded(expanded);
-        m_programMove = false;
-    }
-    if (!expanded)
-        cbxFind->setEditText(QString());
-}
-
-void frmOntoNav::SelectionChanged(Node node)
-{
-    m_programMove = true;
-    if (QTreeWidgetItem *item = ItemOf(node)) {
-        Tree1->setCurrentItem(item);
-        Tree1->scrollToItem(item);
-    } else {
-        Tree1->setCurrentItem(nullptr);
-    }
-    m_programMove = false;
+    return TreeMirror::NodeOf(item);
 }
 
 void frmOntoNav::lblGoTo_Change()

@@ -3,6 +3,7 @@
 #include "core/signal_label.h"
 #include "ontology/views/hierarchy_tree.h"
 #include "ui/forms.h"
+#include "ui/tree_mirror.h"
 
 #include <QMainWindow>
 #include <QUrl>
@@ -26,7 +27,7 @@ class LocalBrowser;
 // embedded browser. Pages are written when the browser is about to show them and aren't there
 // yet, so the window needs no publishing run before it; it can also publish the whole ontology
 // as a site.
-class frmOntoNav : public QMainWindow, public HierarchyTree::Listener, public UnloadSteps {
+class frmOntoNav : public QMainWindow, public UnloadSteps {
     Q_OBJECT
 
 public:
@@ -77,13 +78,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void NodesAdded(HierarchyTree::Node parent,
-                    const std::vector<HierarchyTree::Node> &children) override;
-    void FirstChildRemoved(HierarchyTree::Node parent) override;
-    void ChildrenRemoved(HierarchyTree::Node parent) override;
-    void ExpandedChanged(HierarchyTree::Node node, bool expanded) override;
-    void SelectionChanged(HierarchyTree::Node node) override;
-
     void buildMenus();
     void buildToolBar();
     void buildCentre();
@@ -91,18 +85,18 @@ private:
     void connectControls();
     void restorePlace();
     HierarchyTree::Node nodeOf(const QTreeWidgetItem *item) const;
-    void forget(QTreeWidgetItem *item);
+    // A collapse empties the find box.
+    void treeCollapsed();
     void addToHistory(const QString &text);
     bool filterFindKey(QEvent *event);
     void pasteIntoFind();
 
-    HierarchyTree m_tree{this};
-    std::vector<QTreeWidgetItem *> m_items; // by node number
+    TreeMirror m_mirror{[this] { treeCollapsed(); }};
+    HierarchyTree m_tree{&m_mirror};
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
     QString m_folder;
     qint32 m_count = 0;
-    bool m_programMove = false;
 };
 
 // The find box's key rule: letters in upper case, digits, backspace and the hyphen pass, a

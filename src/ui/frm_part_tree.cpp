@@ -104,6 +104,7 @@ void frmPartTree::buildCentre()
 {
     auto *centre = new QWidget(this);
     Tree1 = Named(new QTreeWidget(centre), QStringLiteral("Tree1"));
+    m_mirror.Show(Tree1, &m_tree);
     Tree1->setHeaderHidden(true);
     Tree1->setUniformRowHeights(true);
     Tree1->setContextMenuPolicy(Qt::PreventContextMenu); // the popup comes on the release
@@ -167,18 +168,18 @@ void frmPartTree::buildMenu()
 void frmPartTree::connectControls()
 {
     connect(Tree1, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove)
+        if (!m_mirror.ProgramMove())
             RunCommand([this, item] { Tree1_Expand(item); });
     });
     connect(Tree1, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove)
+        if (!m_mirror.ProgramMove())
             RunCommand([this, item] { Tree1_Collapse(item); });
     });
     connect(Tree1, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem *item) { RunCommand([this, item] { Tree1_NodeClick(item); }); });
     // The keys move the selection as a click does; a mouse press leaves it to the click.
     connect(Tree1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
-        if (!m_programMove && item && QApplication::mouseButtons() == Qt::NoButton)
+        if (!m_mirror.ProgramMove() && item && QApplication::mouseButtons() == Qt::NoButton)
             RunCommand([this, item] { Tree1_NodeClick(item); });
     });
     connect(cbxFind, &QComboBox::editTextChanged, this,
@@ -192,88 +193,19 @@ void frmPartTree::connectControls()
     }
 }
 
+void frmPartTree::treeCollapsed()
+{
+    cbxFind->setEditText(QString());
+}
+
 QTreeWidgetItem *frmPartTree::ItemOf(Node node) const
 {
-    return node > 0 && size_t(node) < m_items.size() ? m_items[size_t(node)] : nullptr;
+    return m_mirror.ItemOf(node);
 }
 
 Node frmPartTree::nodeOf(const QTreeWidgetItem *item) const
 {
-    return item ? item->data(0, Qt::UserRole).toInt() : 0;
-}
-
-void frmPartTree::NodesAdded(Node parent, const std::vector<Node> &children)
-{
-    QList<QTreeWidgetItem *> items;
-    items.reserve(qsizetype(children.size()));
-    for (const Node node : children) {
-        auto *item = new QTreeWidgetItem(QStringList{m_tree.Text(node)});
-        item->setData(0, Qt::UserRole, node);
-        if (m_items.size() <= size_t(node))
-            m_items.resize(size_t(node) + 1, nullptr);
-        m_items[size_t(node)] = item;
-        items.append(item);
-    }
-    const QSignalBlocker quiet(Tree1);
-    if (QTreeWidgetItem *above = ItemOf(parent))
-        above->addChildren(items);
-    else
-        Tree1->addTopLevelItems(items);
-}
-
-// The item and the items below it no longer show nodes.
-void frmPartTree::forget(QTreeWidgetItem *item)
-{
-    m_items[size_t(nodeOf(item))] = nullptr;
-    for (int i = 0; i < item->childCount(); ++i)
-        forget(item->child(i));
-}
-
-void frmPartTree::FirstChildRemoved(Node parent)
-{
-    QTreeWidgetItem *item = ItemOf(parent);
-    if (!item || item->childCount() == 0)
-        return;
-    const QSignalBlocker quiet(Tree1);
-    QTreeWidgetItem *first = item->takeChild(0);
-    forget(first);
-    delete first;
-}
-
-void frmPartTree::ChildrenRemoved(Node parent)
-{
-    QTreeWidgetItem *item = ItemOf(parent);
-    if (!item)
-        return;
-    const QSignalBlocker quiet(Tree1);
-    const QList<QTreeWidgetItem *> children = item->takeChildren();
-    for (QTreeWidgetItem *child : children)
-        forget(child);
-    qDeleteAll(children);
-}
-
-// A collapse also empties the find box.
-void frmPartTree::ExpandedChanged(Node node, bool expanded)
-{
-    if (QTreeWidgetItem *item = ItemOf(node); item && item->isExpanded() != expanded) {
-        m_programMove = true;
-        item->setExpanded(expanded);
-        m_programMove = false;
-    }
-    if (!expanded)
-        cbxFind->setEditText(QString());
-}
-
-void frmPartTree::SelectionChanged(Node node)
-{
-    m_programMove = true;
-    if (QTreeWidgetItem *item = ItemOf(node)) {
-        Tree1->setCurrentItem(item);
-        Tree1->scrollToItem(item);
-    } else {
-        Tree1->setCurrentItem(nullptr);
-    }
-    m_programMove = false;
+    return TreeMirror::NodeOf(item);
 }
 
 // A root with one dummy under it, whether or not it has children.

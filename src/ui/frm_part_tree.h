@@ -3,6 +3,7 @@
 #include "core/signal_label.h"
 #include "ontology/views/hierarchy_tree.h"
 #include "ui/forms.h"
+#include "ui/tree_mirror.h"
 
 #include <QMainWindow>
 
@@ -24,7 +25,7 @@ namespace lx::ui {
 // The IS-A hierarchy below one top node as a tree, read a level at a time. Several may be open,
 // one per top node, each found again by its caption. It shows the local slots of the clicked
 // concept, finds concepts, and hands a concept to the editor.
-class frmPartTree : public QMainWindow, public HierarchyTree::Listener, public UnloadSteps {
+class frmPartTree : public QMainWindow, public UnloadSteps {
     Q_OBJECT
 
 public:
@@ -75,32 +76,24 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // What the tree's nodes tell the widget.
-    void NodesAdded(HierarchyTree::Node parent,
-                    const std::vector<HierarchyTree::Node> &children) override;
-    void FirstChildRemoved(HierarchyTree::Node parent) override;
-    void ChildrenRemoved(HierarchyTree::Node parent) override;
-    void ExpandedChanged(HierarchyTree::Node node, bool expanded) override;
-    void SelectionChanged(HierarchyTree::Node node) override;
-
     void buildToolBar();
     void buildCentre();
     void buildStatusBar();
     void buildMenu();
     void connectControls();
     HierarchyTree::Node nodeOf(const QTreeWidgetItem *item) const;
-    void forget(QTreeWidgetItem *item);
+    // A collapse empties the find box.
+    void treeCollapsed();
     void addToHistory(const QString &pattern);
     QString selectedText() const;
     void popUp();
 
-    HierarchyTree m_tree{this};
-    std::vector<QTreeWidgetItem *> m_items; // by node number
+    TreeMirror m_mirror{[this] { treeCollapsed(); }};
+    HierarchyTree m_tree{&m_mirror};
     QList<QAction *> m_places;
     QList<QLabel *> m_panels;
     QWidget *m_slotsPane = nullptr;
-    QString m_lastAdded;        // the text last added to the find history
-    bool m_programMove = false; // the tree changes by the program, not by the user
+    QString m_lastAdded; // the text last added to the find history
 };
 
 // Opens the tree of `topNode` under `caption`, or brings forward the one open under that
