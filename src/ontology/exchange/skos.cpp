@@ -123,6 +123,10 @@ public:
                  c.Definition = TextOrEmpty(rs.Value(u"Definition"));
                  const QVariant subset = rs.Value(u"Subset_ID");
                  c.Subset = subset.isNull() ? 1 : subset.toInt();
+                 if (c.Type == 4)
+                     UsedRelations.insert(key(c.Id), c.Id);
+                 else if (c.Type == 3)
+                     UsedAttributes.insert(key(c.Id), c.Id);
                  m_index.insert(key(c.Id), Concepts.size());
                  Concepts.append(std::move(c));
              });
@@ -200,7 +204,8 @@ public:
     }
 
     QList<SkosConcept> Concepts;
-    QMap<QString, QString> UsedRelations, UsedAttributes; // by case-folded identifier
+    // The relation and attribute concepts with those named in slots, by case-folded identifier.
+    QMap<QString, QString> UsedRelations, UsedAttributes;
     QList<Slot> Inverses;
     QList<std::pair<int, QString>> Subsets;
     OntoMetaData Meta;
