@@ -1,6 +1,7 @@
 #include "ontology/exchange/skos.h"
 
 #include "core/file_steps.h"
+#include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
 #include "core/store/errors.h"
@@ -496,6 +497,29 @@ int WriteSkosFile(const QString &path, const QString &base)
     SkosWriter(source, base).Write(file);
     file.Close();
     return int(source.Concepts.size());
+}
+
+bool ExportOpenOntologyAsSkos()
+{
+    const QString name = Process().OntoMeta.Name;
+    FileDialogRequest request;
+    request.title = QStringLiteral("Export as SKOS");
+    request.filter = QStringLiteral("Turtle (*.ttl)|*.ttl|All files (*.*)|*.*");
+    request.initialDir = Process().OntoFolder;
+    request.fileName =
+        (name.isEmpty() ? QStringLiteral("ontology") : name) + QStringLiteral(".ttl");
+    request.defaultExt = QStringLiteral("ttl");
+    const std::optional<QString> path = UI().GetSaveFileName(request);
+    if (!path || path->isEmpty())
+        return false;
+    const QString base = UI().InputBox(QStringLiteral("Base IRI of the concepts:"),
+                                       QStringLiteral("Export as SKOS"), DefaultSkosBase(name));
+    if (base.trimmed().isEmpty())
+        return false;
+    const int concepts = WriteSkosFile(*path, base.trimmed());
+    UI().MsgBox(QString::number(concepts) + QStringLiteral(" concepts exported to ") + *path,
+                msg::Information, QStringLiteral("Export as SKOS"));
+    return true;
 }
 
 } // namespace lx

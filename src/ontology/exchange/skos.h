@@ -21,4 +21,9 @@ QString TurtleString(const QString &text);
 // returns the number of concepts written. StoreError 75 when the file can't be written.
 int WriteSkosFile(const QString &path, const QString &base);
 
+// The menu's export of the open ontology: the file asked for through a save dialog, the base
+// through an input box offering DefaultSkosBase, then the file and a word on what went out.
+// False when the user cancelled either question.
+bool ExportOpenOntologyAsSkos();
+
 } // namespace lx
