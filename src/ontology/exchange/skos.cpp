@@ -42,7 +42,8 @@ QString PercentByte(uchar byte)
     return QLatin1Char('%') + QString::number(byte, 16).toUpper().rightJustified(2, u'0');
 }
 
-// A base as the user typed it, made safe for angle brackets and ending in a separator.
+// A base as the user typed it, made safe for angle brackets and ending in a separator ("/"
+// unless it ends in "#" or ":" already, as in "urn:x:").
 QString CleanBase(const QString &base)
 {
     QString clean;
@@ -54,7 +55,8 @@ QString CleanBase(const QString &base)
         for (const char byte : QString(c).toUtf8())
             clean += PercentByte(uchar(byte));
     }
-    if (!clean.endsWith(QLatin1Char('/')) && !clean.endsWith(QLatin1Char('#')))
+    if (!clean.endsWith(QLatin1Char('/')) && !clean.endsWith(QLatin1Char('#')) &&
+        !clean.endsWith(QLatin1Char(':')))
         clean += QLatin1Char('/');
     return clean;
 }
