@@ -366,9 +366,14 @@ private:
             s.Add(QStringLiteral("skos:topConceptOf"), iri({}));
         s.Add(QStringLiteral("skos:notation"), TurtleString(c.Id));
         // The first name in a language is the preferred one; SKOS allows one per language.
-        QStringList preferred;
+        // A name given twice in a language goes out once: SKOS keeps a label from being both.
+        QStringList preferred, given;
         for (const Label &label : c.Labels) {
             const QString language = label.Language.toLower();
+            const QString both = language + u'\n' + label.Name;
+            if (label.Name.isEmpty() || given.contains(both))
+                continue;
+            given << both;
             const bool first = !preferred.contains(language);
             if (first)
                 preferred << language;

@@ -54,9 +54,9 @@ Triples ParseTurtle(const QString &path)
     return triples;
 }
 
-// ALL at the top; ANIMAL with two English names and a German one, a definition and a note;
-// BIRD below ANIMAL eating ANIMAL and coloured red; EATS and EATEN-BY inverse relations; the
-// attribute COLOR; two subsets.
+// ALL at the top; ANIMAL with two English names (one given twice) and a German one, a definition
+// and a note; BIRD below ANIMAL eating ANIMAL and coloured red; EATS and EATEN-BY inverse
+// relations; the attribute COLOR; two subsets.
 class SkosTest : public EditTest {
 protected:
     void SetUp() override
@@ -76,7 +76,7 @@ protected:
         isa("ANIMAL", "ALL");
         isa("BIRD", "animal"); // another case than the concept's own row
         for (const auto &[lang, name] :
-             {std::pair{"en", "animal"}, {"de", "Tier"}, {"en", "beast"}})
+             {std::pair{"en", "animal"}, {"de", "Tier"}, {"en", "beast"}, {"EN", "animal"}})
             addRow(QStringLiteral("Names"), {{u"Concept", QStringLiteral("ANIMAL")},
                                              {u"Lang_ID", QString::fromLatin1(lang)},
                                              {u"Name", QString::fromLatin1(name)}});
