@@ -8,6 +8,7 @@
 #include "ontology/edit/inheritance.h"
 #include "ontology/exchange/export.h"
 #include "ontology/exchange/import.h"
+#include "ontology/exchange/skos.h"
 #include "ontology/store/lifecycle.h"
 #include "ontology/store/lookups.h"
 #include "ontology/store/onto_editor.h"
@@ -43,6 +44,9 @@ const char *const kUsage =
     "                                        ontology's -publish folder)\n"
     "  walk FILE.ont parents|children|ancestors|descendants ID\n"
     "  inherit FILE.ont ID [--exclusive]     the inherited slots of a concept\n"
+    "  skos-export FILE.ont OUT.ttl [--base IRI]\n"
+    "                                        the ontology as a SKOS concept scheme in Turtle\n"
+    "                                        (IRI: http://example.org/<ontology name>/)\n"
     "Each command takes --help; --yes answers the program's questions with yes.\n";
 
 // A new ontology takes its name from its file.
@@ -86,6 +90,7 @@ struct Arguments {
     QStringList plain;
     QStringList flags;
     QString log;
+    QString base;
 
     bool has(const char *flag) const { return flags.contains(QLatin1String(flag)); }
 };
@@ -97,6 +102,8 @@ Arguments Parse(const QStringList &args)
         const QString &arg = args[i];
         if (arg == QLatin1String("--log") && i + 1 < args.size())
             parsed.log = args[++i];
+        else if (arg == QLatin1String("--base") && i + 1 < args.size())
+            parsed.base = args[++i];
         else if (arg.startsWith(QLatin1String("--")))
             parsed.flags << arg;
         else
@@ -217,6 +224,26 @@ int Export(const Arguments &a, cli::ConsoleInteraction &ui)
     return 0;
 }
 
+int SkosExport(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[0]))
+        return Failure;
+    const QString base = a.base.isEmpty() ? DefaultSkosBase(Process().OntoMeta.Name) : a.base;
+    int concepts = 0;
+    try {
+        concepts = WriteSkosFile(a.plain[1], base);
+    } catch (const store::StoreError &error) {
+        Close(editor);
+        return Fail(error.description() + QStringLiteral(": ") + a.plain[1]);
+    }
+    Close(editor);
+    Print(QString::number(concepts) + QStringLiteral(" concepts under ") + base);
+    return 0;
+}
+
 int Walk(const Arguments &a, cli::ConsoleInteraction &ui)
 {
     if (a.plain.size() != 3)
@@ -318,9 +345,13 @@ int main(int argc, char **argv)
     }
     const QString command = args.takeFirst();
     const std::map<QString, std::function<int(const Arguments &, cli::ConsoleInteraction &)>>
-        commands{{QStringLiteral("new"), New},       {QStringLiteral("import"), Import},
-                 {QStringLiteral("export"), Export}, {QStringLiteral("publish"), Publish},
-                 {QStringLiteral("walk"), Walk},     {QStringLiteral("inherit"), Inherit}};
+        commands{{QStringLiteral("new"), New},
+                 {QStringLiteral("import"), Import},
+                 {QStringLiteral("export"), Export},
+                 {QStringLiteral("publish"), Publish},
+                 {QStringLiteral("walk"), Walk},
+                 {QStringLiteral("inherit"), Inherit},
+                 {QStringLiteral("skos-export"), SkosExport}};
     const auto found = commands.find(command);
     if (found == commands.end()) {
         std::fputs(kUsage, stderr);

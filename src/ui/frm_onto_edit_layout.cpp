@@ -1,6 +1,7 @@
 // The ontology editor's controls, menus, toolbar and status bar, and which handler each
 // command runs. The handlers themselves are in frm_onto_edit.cpp.
 #include "core/command.h"
+#include "ontology/exchange/skos.h"
 #include "ui/frm_batch_naming.h"
 #include "ui/frm_gen_html.h"
 #include "ui/frm_onto_edit.h"
@@ -121,6 +122,10 @@ void frmOntoEdit::buildMenus()
     mnuFile->addSeparator();
     mnuFileImport = MakeItem(mnuFile, QStringLiteral("mnuFileImport"), QStringLiteral("Import"));
     mnuFileExport = MakeItem(mnuFile, QStringLiteral("mnuFileExport"), QStringLiteral("Export"));
+    QAction *exportSkos =
+        MakeItem(mnuFile, QStringLiteral("mnuFileExportSkos"), QStringLiteral("Export as SKOS..."));
+    connect(exportSkos, &QAction::triggered, this,
+            [] { RunCommand([] { ExportOpenOntologyAsSkos(); }); });
     mnuFile->addSeparator();
     mnuFileProperties =
         MakeItem(mnuFile, QStringLiteral("mnuFileProperties"), QStringLiteral("P&roperties"));

@@ -113,4 +113,25 @@ TEST_F(CliTest, PublishWritesTheSiteWhereAskedAndFailsWhereItCannot)
     EXPECT_EQ(run({"publish", "--help"}).status, 0);
 }
 
+TEST_F(CliTest, SkosExportWritesTurtleUnderTheBaseGivenOrTheDefaultOne)
+{
+    EXPECT_TRUE(run({"--help"}).out.contains(QStringLiteral("skos-export FILE.ont OUT.ttl")));
+    EXPECT_EQ(run({"skos-export", path("a.ont")}).status, 2);
+    EXPECT_EQ(run({"skos-export", path("none.ont"), path("x.ttl")}).status, 1);
+    ASSERT_EQ(run({"new", path("a.ont")}).status, 0);
+
+    const Outcome plain = run({"skos-export", path("a.ont"), path("a.ttl")});
+    EXPECT_EQ(plain.status, 0) << plain.err.toStdString();
+    QFile a(path("a.ttl"));
+    ASSERT_TRUE(a.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(a.readAll().contains("<http://example.org/a/concept/ALL> a skos:Concept"));
+
+    ASSERT_EQ(run({"skos-export", path("a.ont"), path("b.ttl"), "--base", "urn:x:"}).status, 0);
+    QFile b(path("b.ttl"));
+    ASSERT_TRUE(b.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(b.readAll().contains("<urn:x:concept/ALL> a skos:Concept"));
+
+    EXPECT_EQ(run({"skos-export", path("a.ont"), path("no/such/dir/c.ttl")}).status, 1);
+}
+
 } // namespace
