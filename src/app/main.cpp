@@ -2,6 +2,7 @@
 #include "core/process.h"
 #include "core/program.h"
 #include "ui/forms.h"
+#include "ui/images.h"
 #include "ui/qt_interaction.h"
 #include "ui/start.h"
 
@@ -22,13 +23,16 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(lx::ProgramName());
     QApplication::setApplicationVersion(lx::ProgramVersion());
+    QApplication::setWindowIcon(lx::ui::Image(QStringLiteral("tree")));
+    // Desktops match the windows to the installed entry lexarbor.desktop by this name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("lexarbor"));
     lx::KeepLargeBuffersInHeap();
 
     lx::ui::QtInteraction interaction;
     const lx::InteractionScope scope(interaction);
     int rc = 1;
     try {
-        lx::ui::Main();
+        lx::ui::Main(lx::ui::frmSplash::DefaultInterval, QApplication::arguments().mid(1));
         rc = QApplication::exec();
     } catch (const std::exception &error) {
         // Start has no handling of its own: the failure's text, and the program ends. The

@@ -1,10 +1,14 @@
 #include "core/process.h"
 
+#include "core/app_folders.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 #include <filesystem>
+#include <unistd.h>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -23,13 +27,35 @@ void ResetProcessState()
     Process() = ProcessState{};
 }
 
-QString AppPath()
+QString ResolveAppPath(const QString &home, const QString &programFolder,
+                       const std::function<bool(const QString &)> &writable,
+                       const QString &dataFolder)
 {
-    QString path = qEnvironmentVariable("LEXARBOR_HOME");
+    QString path = home;
     if (path.isEmpty())
-        path = QCoreApplication::applicationDirPath();
+        path = writable(programFolder) ? programFolder : dataFolder;
     // cleanPath drops trailing separators but keeps the root itself.
     return QDir::cleanPath(path);
+}
+
+QString UserDataFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/Lexarbor");
+}
+
+QString AppPath()
+{
+    return ResolveAppPath(
+        qEnvironmentVariable("LEXARBOR_HOME"), QCoreApplication::applicationDirPath(),
+        [](const QString &folder) { return access(QFile::encodeName(folder), W_OK) == 0; },
+        UserDataFolder());
+}
+
+QString SharedDataFolder()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                           QStringLiteral("/../share/lexarbor"));
 }
 
 QString OntologiesFolder()
@@ -68,6 +94,8 @@ void CreateFolderIfMissing(const QString &folder)
 
 void EnsureProgramFolders()
 {
+    // The user's data folder may not exist yet; the program folder always does.
+    std::filesystem::create_directories(QFile::encodeName(AppPath()).toStdString());
     CreateFolderIfMissing(OntologiesFolder());
     CreateFolderIfMissing(TermBasesFolder());
 }

@@ -82,12 +82,13 @@ inline QString Quoted(const QString &value)
 // Puts the block back to its state at program start (tests).
 void ResetProcessState();
 
-// Folder of the executable without a trailing separator; LEXARBOR_HOME overrides it.
+// Folder of the program's files without a trailing separator: LEXARBOR_HOME, else the
+// executable's folder, else (not writable) the user's data folder; see core/app_folders.h.
 QString AppPath();
 // Default folders of ontology and termbase files, with their trailing separator.
 QString OntologiesFolder();
 QString TermBasesFolder();
-// The seed database beside the program.
+// The copy of the seed database in AppPath.
 QString SeedDatabasePath();
 
 // Lets the heap keep the large buffers of an ontology's lists between opens: by default each one

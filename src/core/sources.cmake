@@ -1,4 +1,5 @@
 target_sources(lexarbor_core PRIVATE
+    app_folders.h
     command.cpp
     command.h
     file_steps.cpp

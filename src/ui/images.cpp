@@ -568,4 +568,10 @@ QIcon Image(const QString &key)
     return icon;
 }
 
+QPixmap DrawImage(const QString &key, int size)
+{
+    const auto found = Drawings().constFind(key);
+    return found == Drawings().cend() ? QPixmap() : Render(*found, size);
+}
+
 } // namespace lx::ui

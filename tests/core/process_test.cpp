@@ -1,3 +1,4 @@
+#include "core/app_folders.h"
 #include "core/process.h"
 
 #include <QCoreApplication>
@@ -48,6 +49,38 @@ TEST(AppPath, WithoutHomeIsTheExecutablesFolder)
         qputenv("LEXARBOR_HOME", old);
     EXPECT_EQ(path, QCoreApplication::applicationDirPath());
     EXPECT_FALSE(path.endsWith(QLatin1Char('/')));
+}
+
+TEST(AppPath, ReadOnlyProgramFolderFallsBackToTheUsersDataFolderUnlessHomeIsSet)
+{
+    const QString program = QStringLiteral("/usr/bin");
+    const QString data = QStringLiteral("/home/u/.local/share/Lexarbor/");
+    QStringList asked;
+    const auto readOnly = [&asked](const QString &folder) {
+        asked << folder;
+        return false;
+    };
+    const auto writable = [](const QString &) { return true; };
+
+    EXPECT_EQ(lx::ResolveAppPath({}, program, readOnly, data),
+              QStringLiteral("/home/u/.local/share/Lexarbor"));
+    EXPECT_EQ(asked, QStringList{program}); // the program's folder is what gets checked
+    EXPECT_EQ(lx::ResolveAppPath({}, program, writable, data), program);
+    // A home given by hand wins even over a read-only program folder, and isn't checked itself.
+    asked.clear();
+    EXPECT_EQ(lx::ResolveAppPath(QStringLiteral("/srv/lx/"), program, readOnly, data),
+              QStringLiteral("/srv/lx"));
+    EXPECT_TRUE(asked.isEmpty());
+}
+
+TEST(ProgramFolders, AMissingDataFolderIsCreatedWithItsParents)
+{
+    QTemporaryDir root;
+    const QString home = root.path() + QStringLiteral("/share/Lexarbor");
+    const HomeScope scope(home);
+    lx::EnsureProgramFolders();
+    EXPECT_TRUE(QDir(home + QStringLiteral("/Ontologies")).exists());
+    EXPECT_TRUE(QDir(home + QStringLiteral("/TermBases")).exists());
 }
 
 TEST(ProgramFolders, MissingFoldersAreCreatedAndPresentOnesLeftAlone)

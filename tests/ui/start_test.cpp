@@ -1,3 +1,4 @@
+#include "open_ontology_fixture.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_splash.h"
 #include "ui/start.h"
@@ -6,6 +7,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
@@ -118,6 +120,30 @@ TEST_F(StartTest, KeyOrClickOnTheSplashOnlyTakesItAway)
         EXPECT_EQ(user.MousePointer(), pointer::Hourglass);
         Forms().UnloadAll();
     }
+}
+
+// A double click on a file starts the program with its path; options and other files are passed
+// over, and a relative path is taken from the working folder.
+TEST_F(StartTest, AnOntologyNamedOnTheCommandLineIsOpened)
+{
+    const QString fish = home.filePath(QStringLiteral("fish.ONT"));
+    lx::test::WriteOntologyFile(fish, {QStringLiteral("Fish")}, lx::test::Sample);
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(home.path()));
+    lx::ui::Main(frmSplash::DefaultInterval,
+                 {QStringLiteral("--style"), QStringLiteral("notes.ltb"),
+                  QStringLiteral("fish.ONT"), QStringLiteral("other.ont")});
+    QDir::setCurrent(before);
+
+    EXPECT_EQ(lx::Process().OntoPath, QFileInfo(fish).absoluteFilePath());
+    EXPECT_EQ(main().windowTitle(), QStringLiteral("Ontology Editor - Fish"));
+    EXPECT_FALSE(main().isEnabled()) << "the splash still hands over";
+}
+
+TEST_F(StartTest, WithoutAnOntologyOnTheCommandLineNothingOpens)
+{
+    lx::ui::Main(frmSplash::DefaultInterval, {QStringLiteral("notes.ltb")});
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
 }
 
 TEST_F(StartTest, AFolderThatCantBeMadeEndsTheStart)

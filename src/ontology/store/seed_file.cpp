@@ -1,3 +1,4 @@
+#include "core/app_folders.h"
 #include "core/process.h"
 #include "seed.h"
 
@@ -13,16 +14,30 @@ static void InitSeedResource()
 
 namespace lx {
 
+namespace {
+
+// Copies the file called name to target: the copy installed with the program when there is one,
+// else the one built into it. False if no copy could be made.
+bool CopyOut(const QString &name, const QString &target)
+{
+    const QString installed = SharedDataFolder() + QLatin1Char('/') + name;
+    QString source = QStringLiteral(":/lexarbor/") + name;
+    if (QFileInfo::exists(installed))
+        source = installed;
+    else
+        InitSeedResource();
+    if (!QFile::copy(source, target))
+        return false;
+    // Both sources are read-only; the store opens the seed for writing too.
+    return QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+}
+
+} // namespace
+
 bool EnsureSeedFile()
 {
     const QString target = SeedDatabasePath();
-    if (QFileInfo::exists(target))
-        return true;
-    InitSeedResource();
-    if (!QFile::copy(QStringLiteral(":/lexarbor/res.dat"), target))
-        return false;
-    // A copy out of the resources is read-only; the store opens the seed for writing too.
-    return QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
+    return QFileInfo::exists(target) || CopyOut(QStringLiteral("res.dat"), target);
 }
 
 QString EnsureHelpFile()
@@ -30,11 +45,8 @@ QString EnsureHelpFile()
     const QString target = AppPath() + QStringLiteral("/DCHelp.html");
     if (QFileInfo::exists(target))
         return target;
-    InitSeedResource();
-    if (!QFile::copy(QStringLiteral(":/lexarbor/DCHelp.html"), target))
-        return {};
-    QFile::setPermissions(target, QFile::permissions(target) | QFile::WriteOwner);
-    return target;
+    CopyOut(QStringLiteral("DCHelp.html"), target);
+    return QFileInfo::exists(target) ? target : QString();
 }
 
 } // namespace lx
