@@ -159,7 +159,7 @@ void TreeTable::level(
                    levelJoins(depth);
     if (ordered)
         text += depth == 1
-                    ? QStringLiteral(" ORDER BY %1, node.%2").arg(f, m_id)
+                    ? QStringLiteral(" ORDER BY %1").arg(f)
                     : QStringLiteral(" ORDER BY node.%1, %2, node.%3").arg(m_parent, f, m_id);
     detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(text);
     stmt.bindInt(1, top);
