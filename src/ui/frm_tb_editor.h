@@ -191,6 +191,7 @@ private:
     void buildBrowser();
     void wireEditCommands();
     void pointBrowserAtTermbase();
+    void setBrowseMode(bool browse);
     void addCategoryListItem(const CategoryNode &category);
     void categoryClicked(const QString &key, const QString &image, const QString &name,
                          const std::function<void()> &takeBack);

@@ -94,19 +94,25 @@ void frmTBEDitor::pointBrowserAtTermbase()
     Browser->SetFolders({PublishFolder(), BackFolder()});
 }
 
+// The browser, the mode's check in the menu and the toolbar, and the browser's buttons.
+void frmTBEDitor::setBrowseMode(bool browse)
+{
+    picBrowser->setVisible(browse);
+    Browser->setVisible(browse);
+    mnuEditBrowser->setChecked(browse);
+    mnuEditEditor->setChecked(!browse);
+    ToolButton(EditorButton)->setChecked(!browse);
+    ToolButton(BrowserButton)->setChecked(browse);
+    for (int place = FirstBrowseButton; place <= LastBrowseButton; ++place)
+        ToolButton(place)->setEnabled(browse);
+}
+
 void frmTBEDitor::ShowBrowser()
 {
     lblTree2->setText(QStringLiteral("TERMBASE BROWSER"));
     Tree2->hide();
     ListView1->hide();
-    picBrowser->show();
-    Browser->show();
-    mnuEditBrowser->setChecked(true);
-    mnuEditEditor->setChecked(false);
-    ToolButton(EditorButton)->setChecked(false);
-    ToolButton(BrowserButton)->setChecked(true);
-    for (int place = FirstBrowseButton; place <= LastBrowseButton; ++place)
-        ToolButton(place)->setEnabled(true);
+    setBrowseMode(true);
     CurrentElemID = 0;
     Tree1_NodeClick(Tree1->currentItem());
 }
@@ -117,14 +123,7 @@ void frmTBEDitor::ShowEditor()
     const bool asList = Process().TermMeta.DCList == QLatin1String("list");
     ListView1->setVisible(asList);
     Tree2->setVisible(!asList);
-    picBrowser->hide();
-    Browser->hide();
-    mnuEditBrowser->setChecked(false);
-    mnuEditEditor->setChecked(true);
-    ToolButton(EditorButton)->setChecked(true);
-    ToolButton(BrowserButton)->setChecked(false);
-    for (int place = FirstBrowseButton; place <= LastBrowseButton; ++place)
-        ToolButton(place)->setEnabled(false);
+    setBrowseMode(false);
     CurrentElemID = 0;
     CurrentCategory = QStringLiteral("0");
     Tree1_NodeClick(Tree1->currentItem());
@@ -188,9 +187,7 @@ void frmTBEDitor::RegenerateEntryPage()
     const std::optional<QString> page = ConceptPagePath(node->text(0), folder);
     if (!page)
         return;
-    // The file would be removed only when it isn't there: the page is simply written over.
-    if (!QFileInfo::exists(*page))
-        QFile::remove(*page);
+    // The page is written over; the file is never removed first.
     WriteTermEntryPage(node->text(0), KeyElement(NodeKey(node)), folder, true, true, true, true);
     pointBrowserAtTermbase();
     Browser->Navigate(*page);

@@ -131,11 +131,18 @@ WriteBatch::~WriteBatch()
 QStringList ReadColumn(Database &db, const QString &query, QStringView field)
 {
     QStringList values;
+    ForEachRow(db, query,
+               [&](const Recordset &rs) { values.append(TextOrEmpty(rs.Value(field))); });
+    return values;
+}
+
+void ForEachRow(Database &db, const QString &query,
+                const std::function<void(const Recordset &)> &row)
+{
     Recordset rs = db.OpenRecordset(query, dbOpenSnapshot);
     for (; !rs.Eof(); rs.MoveNext())
-        values.append(TextOrEmpty(rs.Value(field)));
+        row(rs);
     rs.Close();
-    return values;
 }
 
 Recordset Database::OpenRecordset(const QString &source, int type)

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -78,6 +79,9 @@ private:
 
 // One field of every row of a query, read as a snapshot, Null as the empty text.
 QStringList ReadColumn(Database &db, const QString &query, QStringView field);
+// Calls `row` with the recordset standing on each row of a query, read as a snapshot.
+void ForEachRow(Database &db, const QString &query,
+                const std::function<void(const Recordset &)> &row);
 
 class Workspace {
 public:

@@ -160,49 +160,50 @@ public:
     ExportSource()
     {
         Database &db = Process().OntoDB;
-        each(db, QStringLiteral("SELECT * FROM CONCEPTS"), [this](const Recordset &rs) {
+        ForEachRow(db, QStringLiteral("SELECT * FROM CONCEPTS"), [this](const Recordset &rs) {
             Concept &c = m_concepts[key(TextOrEmpty(rs.Value(u"Concept")))];
             c.Type = rs.Value(u"Type");
             c.Definition = rs.Value(u"Definition");
         });
-        each(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
-             [this](const Recordset &rs) {
-                 if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept"))))
-                     c->Parents << TextOrEmpty(rs.Value(u"ISA"));
-             });
-        each(db, QStringLiteral("SELECT * FROM ISA ORDER BY ISA, Concept"),
-             [this](const Recordset &rs) {
-                 if (Concept *c = find(TextOrEmpty(rs.Value(u"ISA"))))
-                     c->Children << TextOrEmpty(rs.Value(u"Concept"));
-             });
-        each(db, QStringLiteral("SELECT * FROM RELATIONS ORDER BY Concept1, Rel, Relation_ID"),
-             [this](const Recordset &rs) {
-                 if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept1"))))
-                     c->Relations << slot(rs, u"Rel", u"Concept2");
-             });
-        each(db,
-             QStringLiteral("SELECT * FROM RELATIONS WHERE Rel = 'DOMAIN' OR Rel = 'RANGE' ORDER "
-                            "BY Concept1, Concept2, Relation_ID"),
-             [this](const Recordset &rs) {
-                 Concept *c = find(TextOrEmpty(rs.Value(u"Concept1")));
-                 if (!c)
-                     return;
-                 const bool domain =
-                     TextOrEmpty(rs.Value(u"Rel"))
-                         .compare(QLatin1String("DOMAIN"), Qt::CaseInsensitive) == 0;
-                 (domain ? c->Domains : c->RelationRanges) << slot(rs, u"Rel", u"Concept2");
-             });
-        each(db,
-             QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Concept, Attribute, Property_ID"),
-             [this](const Recordset &rs) {
-                 Concept *c = find(TextOrEmpty(rs.Value(u"Concept")));
-                 if (!c)
-                     return;
-                 const Slot s = slot(rs, u"Attribute", u"Value");
-                 c->Attributes << s;
-                 if (s.Name.compare(QLatin1String("RANGE"), Qt::CaseInsensitive) == 0)
-                     c->AttributeRanges << s;
-             });
+        ForEachRow(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
+                   [this](const Recordset &rs) {
+                       if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept"))))
+                           c->Parents << TextOrEmpty(rs.Value(u"ISA"));
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM ISA ORDER BY ISA, Concept"),
+                   [this](const Recordset &rs) {
+                       if (Concept *c = find(TextOrEmpty(rs.Value(u"ISA"))))
+                           c->Children << TextOrEmpty(rs.Value(u"Concept"));
+                   });
+        ForEachRow(db,
+                   QStringLiteral("SELECT * FROM RELATIONS ORDER BY Concept1, Rel, Relation_ID"),
+                   [this](const Recordset &rs) {
+                       if (Concept *c = find(TextOrEmpty(rs.Value(u"Concept1"))))
+                           c->Relations << slot(rs, u"Rel", u"Concept2");
+                   });
+        ForEachRow(
+            db,
+            QStringLiteral("SELECT * FROM RELATIONS WHERE Rel = 'DOMAIN' OR Rel = 'RANGE' ORDER "
+                           "BY Concept1, Concept2, Relation_ID"),
+            [this](const Recordset &rs) {
+                Concept *c = find(TextOrEmpty(rs.Value(u"Concept1")));
+                if (!c)
+                    return;
+                const bool domain = TextOrEmpty(rs.Value(u"Rel"))
+                                        .compare(QLatin1String("DOMAIN"), Qt::CaseInsensitive) == 0;
+                (domain ? c->Domains : c->RelationRanges) << slot(rs, u"Rel", u"Concept2");
+            });
+        ForEachRow(
+            db, QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Concept, Attribute, Property_ID"),
+            [this](const Recordset &rs) {
+                Concept *c = find(TextOrEmpty(rs.Value(u"Concept")));
+                if (!c)
+                    return;
+                const Slot s = slot(rs, u"Attribute", u"Value");
+                c->Attributes << s;
+                if (s.Name.compare(QLatin1String("RANGE"), Qt::CaseInsensitive) == 0)
+                    c->AttributeRanges << s;
+            });
     }
 
     // The concept's block, or nothing when it must go the one-concept way (it is missing, or
@@ -255,14 +256,6 @@ private:
     {
         return {TextOrEmpty(rs.Value(name)), rs.Value(u"Default").toBool(),
                 TextOrEmpty(rs.Value(filler))};
-    }
-    static void each(Database &db, const QString &query,
-                     const std::function<void(const Recordset &)> &row)
-    {
-        Recordset rs = db.OpenRecordset(query, dbOpenSnapshot);
-        for (; !rs.Eof(); rs.MoveNext())
-            row(rs);
-        rs.Close();
     }
 
     QHash<QString, Concept> m_concepts;

@@ -118,85 +118,87 @@ public:
     SkosSource()
     {
         Database &db = Process().OntoDB;
-        each(db, QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"),
-             [this](const Recordset &rs) {
-                 SkosConcept c;
-                 c.Id = TextOrEmpty(rs.Value(u"Concept"));
-                 c.Type = rs.Value(u"Type").toInt();
-                 c.Definition = TextOrEmpty(rs.Value(u"Definition"));
-                 const QVariant subset = rs.Value(u"Subset_ID");
-                 c.Subset = subset.isNull() ? 1 : subset.toInt();
-                 if (c.Type == 4)
-                     UsedRelations.insert(key(c.Id), c.Id);
-                 else if (c.Type == 3)
-                     UsedAttributes.insert(key(c.Id), c.Id);
-                 m_index.insert(key(c.Id), Concepts.size());
-                 Concepts.append(std::move(c));
-             });
-        each(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
-             [this](const Recordset &rs) {
-                 const QString child = TextOrEmpty(rs.Value(u"Concept"));
-                 const QString parent = TextOrEmpty(rs.Value(u"ISA"));
-                 if (SkosConcept *c = find(child))
-                     c->Broader << Canonical(parent);
-                 if (SkosConcept *p = find(parent))
-                     p->Narrower << Canonical(child);
-             });
-        each(db, QStringLiteral("SELECT * FROM Names ORDER BY Name_ID"),
-             [this](const Recordset &rs) {
-                 if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept"))))
-                     c->Labels << Label{TextOrEmpty(rs.Value(u"Lang_ID")),
-                                        TextOrEmpty(rs.Value(u"Name"))};
-             });
-        each(db, QStringLiteral("SELECT * FROM Notes ORDER BY Note_ID"),
-             [this](const Recordset &rs) {
-                 const QString note = TextOrEmpty(rs.Value(u"Note"));
-                 SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept")));
-                 if (c && !note.isEmpty())
-                     c->Notes << note;
-             });
-        each(db, QStringLiteral("SELECT * FROM RELATIONS ORDER BY Relation_ID"),
-             [this](const Recordset &rs) {
-                 const QString rel = TextOrEmpty(rs.Value(u"Rel"));
-                 const QString filler = TextOrEmpty(rs.Value(u"Concept2"));
-                 if (isDomainOrRange(rel) || filler.compare(kBlocked, Qt::CaseInsensitive) == 0)
-                     return;
-                 if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept1")))) {
-                     c->Relations << Slot{Canonical(rel), Canonical(filler)};
-                     UsedRelations.insert(key(rel), Canonical(rel));
-                 }
-             });
-        each(db, QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Property_ID"),
-             [this](const Recordset &rs) {
-                 const QString name = TextOrEmpty(rs.Value(u"Attribute"));
-                 const QString value = TextOrEmpty(rs.Value(u"Value"));
-                 if (isDomainOrRange(name) || value.compare(kBlocked, Qt::CaseInsensitive) == 0)
-                     return;
-                 if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept")))) {
-                     c->Attributes << Slot{Canonical(name), value};
-                     UsedAttributes.insert(key(name), Canonical(name));
-                 }
-             });
-        each(db, QStringLiteral("SELECT * FROM INVERSES ORDER BY Relation, Inverse"),
-             [this](const Recordset &rs) {
-                 Inverses << Slot{Canonical(TextOrEmpty(rs.Value(u"Relation"))),
-                                  Canonical(TextOrEmpty(rs.Value(u"Inverse")))};
-             });
-        each(db, QStringLiteral("SELECT * FROM Subsets ORDER BY Subset_ID"),
-             [this](const Recordset &rs) {
-                 Subsets << std::pair{rs.Value(u"Subset_ID").toInt(),
-                                      TextOrEmpty(rs.Value(u"Subset"))};
-             });
-        each(db, QStringLiteral("SELECT * FROM MetaData ORDER BY MetaData_ID"),
-             [this](const Recordset &rs) {
-                 Meta.Name = TextOrEmpty(rs.Value(u"Name"));
-                 Meta.Author = TextOrEmpty(rs.Value(u"Author"));
-                 Meta.Owner = TextOrEmpty(rs.Value(u"Owner"));
-                 Meta.Contact = TextOrEmpty(rs.Value(u"Contact"));
-                 Meta.Description = TextOrEmpty(rs.Value(u"Description"));
-                 Meta.Created = rs.Value(u"Created").toDateTime();
-                 Meta.Modified = rs.Value(u"Modified").toDateTime();
-             });
+        ForEachRow(db, QStringLiteral("SELECT * FROM CONCEPTS ORDER BY Concept"),
+                   [this](const Recordset &rs) {
+                       SkosConcept c;
+                       c.Id = TextOrEmpty(rs.Value(u"Concept"));
+                       c.Type = rs.Value(u"Type").toInt();
+                       c.Definition = TextOrEmpty(rs.Value(u"Definition"));
+                       const QVariant subset = rs.Value(u"Subset_ID");
+                       c.Subset = subset.isNull() ? 1 : subset.toInt();
+                       if (c.Type == 4)
+                           UsedRelations.insert(key(c.Id), c.Id);
+                       else if (c.Type == 3)
+                           UsedAttributes.insert(key(c.Id), c.Id);
+                       m_index.insert(key(c.Id), Concepts.size());
+                       Concepts.append(std::move(c));
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM ISA ORDER BY Concept, ISA"),
+                   [this](const Recordset &rs) {
+                       const QString child = TextOrEmpty(rs.Value(u"Concept"));
+                       const QString parent = TextOrEmpty(rs.Value(u"ISA"));
+                       if (SkosConcept *c = find(child))
+                           c->Broader << Canonical(parent);
+                       if (SkosConcept *p = find(parent))
+                           p->Narrower << Canonical(child);
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM Names ORDER BY Name_ID"),
+                   [this](const Recordset &rs) {
+                       if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept"))))
+                           c->Labels << Label{TextOrEmpty(rs.Value(u"Lang_ID")),
+                                              TextOrEmpty(rs.Value(u"Name"))};
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM Notes ORDER BY Note_ID"),
+                   [this](const Recordset &rs) {
+                       const QString note = TextOrEmpty(rs.Value(u"Note"));
+                       SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept")));
+                       if (c && !note.isEmpty())
+                           c->Notes << note;
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM RELATIONS ORDER BY Relation_ID"),
+                   [this](const Recordset &rs) {
+                       const QString rel = TextOrEmpty(rs.Value(u"Rel"));
+                       const QString filler = TextOrEmpty(rs.Value(u"Concept2"));
+                       if (isDomainOrRange(rel) ||
+                           filler.compare(kBlocked, Qt::CaseInsensitive) == 0)
+                           return;
+                       if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept1")))) {
+                           c->Relations << Slot{Canonical(rel), Canonical(filler)};
+                           UsedRelations.insert(key(rel), Canonical(rel));
+                       }
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM ATTRIBUTES ORDER BY Property_ID"),
+                   [this](const Recordset &rs) {
+                       const QString name = TextOrEmpty(rs.Value(u"Attribute"));
+                       const QString value = TextOrEmpty(rs.Value(u"Value"));
+                       if (isDomainOrRange(name) ||
+                           value.compare(kBlocked, Qt::CaseInsensitive) == 0)
+                           return;
+                       if (SkosConcept *c = find(TextOrEmpty(rs.Value(u"Concept")))) {
+                           c->Attributes << Slot{Canonical(name), value};
+                           UsedAttributes.insert(key(name), Canonical(name));
+                       }
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM INVERSES ORDER BY Relation, Inverse"),
+                   [this](const Recordset &rs) {
+                       Inverses << Slot{Canonical(TextOrEmpty(rs.Value(u"Relation"))),
+                                        Canonical(TextOrEmpty(rs.Value(u"Inverse")))};
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM Subsets ORDER BY Subset_ID"),
+                   [this](const Recordset &rs) {
+                       Subsets << std::pair{rs.Value(u"Subset_ID").toInt(),
+                                            TextOrEmpty(rs.Value(u"Subset"))};
+                   });
+        ForEachRow(db, QStringLiteral("SELECT * FROM MetaData ORDER BY MetaData_ID"),
+                   [this](const Recordset &rs) {
+                       Meta.Name = TextOrEmpty(rs.Value(u"Name"));
+                       Meta.Author = TextOrEmpty(rs.Value(u"Author"));
+                       Meta.Owner = TextOrEmpty(rs.Value(u"Owner"));
+                       Meta.Contact = TextOrEmpty(rs.Value(u"Contact"));
+                       Meta.Description = TextOrEmpty(rs.Value(u"Description"));
+                       Meta.Created = rs.Value(u"Created").toDateTime();
+                       Meta.Modified = rs.Value(u"Modified").toDateTime();
+                   });
     }
 
     // The spelling of the concept's own row: links and slots may differ from it in case.
@@ -224,14 +226,6 @@ private:
     {
         const auto found = m_index.constFind(key(identifier));
         return found == m_index.cend() ? nullptr : &Concepts[*found];
-    }
-    static void each(Database &db, const QString &query,
-                     const std::function<void(const Recordset &)> &row)
-    {
-        Recordset rs = db.OpenRecordset(query, dbOpenSnapshot);
-        for (; !rs.Eof(); rs.MoveNext())
-            row(rs);
-        rs.Close();
     }
 
     QHash<QString, qsizetype> m_index;
