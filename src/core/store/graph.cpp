@@ -192,4 +192,26 @@ void TreeTable::levelValues(std::int64_t top, int depth, QStringView valueTable,
         found(stmt.integer(0), cellText(stmt.cell(1)));
 }
 
+std::int64_t TreeTable::valueRows(QStringView valueTable)
+{
+    const QString values =
+        sql::SqlIdentifier(detail::DatabaseAccess::connection(m_db).table(valueTable).Name);
+    detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(
+        QStringLiteral("SELECT count(*) FROM %1").arg(values));
+    return stmt.step() ? stmt.integer(0) : 0;
+}
+
+void TreeTable::allValues(QStringView valueTable, QStringView valueIdField, QStringView valueField,
+                          const std::function<void(std::int64_t, const QString &)> &found)
+{
+    const QString values =
+        sql::SqlIdentifier(detail::DatabaseAccess::connection(m_db).table(valueTable).Name);
+    detail::Statement stmt = detail::DatabaseAccess::connection(m_db).prepare(
+        QStringLiteral("SELECT %1, %2 FROM %3")
+            .arg(qualifiedField(m_db, valueTable, valueIdField),
+                 qualifiedField(m_db, valueTable, valueField), values));
+    while (stmt.step())
+        found(stmt.integer(0), cellText(stmt.cell(1)));
+}
+
 } // namespace lx::store

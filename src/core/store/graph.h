@@ -88,6 +88,12 @@ public:
     void levelValues(std::int64_t top, int depth, QStringView valueTable, QStringView valueIdField,
                      QStringView valueField,
                      const std::function<void(std::int64_t id, const QString &value)> &found);
+    // The rows of `valueTable`, counted, and all of them as `found` would hear them: when a level
+    // holds a good part of a value table, one pass over the whole table costs less than reaching
+    // each of its rows through the level.
+    std::int64_t valueRows(QStringView valueTable);
+    void allValues(QStringView valueTable, QStringView valueIdField, QStringView valueField,
+                   const std::function<void(std::int64_t id, const QString &value)> &found);
 
 private:
     QString levelJoins(int depth) const;

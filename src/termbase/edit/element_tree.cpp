@@ -22,6 +22,9 @@ using namespace store;
 
 namespace {
 
+// Below this many nodes a level's values are always reached through the level.
+constexpr qsizetype WholeTableLevel = 1000;
+
 bool like(const QString &id, const char *pattern)
 {
     return text::Like(id, QString::fromLatin1(pattern));
@@ -299,23 +302,29 @@ QList<ElementNode> ReadElementLevel(qint32 top, int depth, bool ordered)
     }
     for (const ElementSource source : sources) {
         const SourceTable table = *tableOf(source);
-        level.levelValues(
-            top, depth, QString::fromLatin1(table.table), u"elemID",
-            QString::fromLatin1(table.column), [&](std::int64_t child, const QString &value) {
-                const auto index = at.constFind(qint32(child));
-                if (index == at.cend())
-                    return;
-                ElementNode &node = nodes[*index];
-                const CategoryLook &category = *categories.constFind(node.CategoryID);
-                if (category.rule.Source != source)
-                    return;
-                const ElementLook seen = look(node.ElemID, category, [&](ElementSource, qint32) {
-                    return std::optional<QString>(value);
-                });
-                node.Kind = seen.Kind;
-                node.Text = seen.Text;
-                done[size_t(*index)] = true;
+        const QString tableName = QString::fromLatin1(table.table);
+        const QString column = QString::fromLatin1(table.column);
+        const auto take = [&](std::int64_t child, const QString &value) {
+            const auto index = at.constFind(qint32(child));
+            if (index == at.cend())
+                return;
+            ElementNode &node = nodes[*index];
+            const CategoryLook &category = *categories.constFind(node.CategoryID);
+            if (category.rule.Source != source)
+                return;
+            const ElementLook seen = look(node.ElemID, category, [&](ElementSource, qint32) {
+                return std::optional<QString>(value);
             });
+            node.Kind = seen.Kind;
+            node.Text = seen.Text;
+            done[size_t(*index)] = true;
+        };
+        // A large level, a body of entries, holds much of its value tables: each is read whole,
+        // and the rows of other levels are passed over by number.
+        if (nodes.size() >= WholeTableLevel && nodes.size() * 4 >= level.valueRows(tableName))
+            level.allValues(tableName, u"elemID", column, take);
+        else
+            level.levelValues(top, depth, tableName, u"elemID", column, take);
     }
     // The rest have no value of their own: a name, a pointer's target, or nothing found.
     const ValueOf none = [](ElementSource, qint32) { return std::optional<QString>(); };
