@@ -24,6 +24,7 @@
 #include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -372,8 +373,13 @@ void frmFind::FindNextTerm()
     QTreeWidget *tree = m_editor.Tree1;
     const QString pattern = Pattern();
     QSet<QString> languages;
-    for (const QString &code : ReadLanguageCodes())
-        languages.insert(code.toLower());
+    qsizetype longestCode = 0;
+    for (const QString &code : ReadLanguageCodes()) {
+        // Lower case never shortens a text, so a longer one can't match.
+        const QString lower = code.toLower();
+        languages.insert(lower);
+        longestCode = std::max(longestCode, lower.size());
+    }
     QTreeWidgetItem *start = tree->currentItem();
     QTreeWidgetItem *first = tree->topLevelItem(0);
     if (!start || start == first)
@@ -389,7 +395,10 @@ void frmFind::FindNextTerm()
         QTreeWidgetItem *node = walk.current();
         if (node->parent() != parent) {
             parent = node->parent();
-            inSection = parent && languages.contains(parent->text(0).toLower());
+            // Most parents are entries and terms with long texts: only a short one is looked up.
+            const QString text = parent ? parent->text(0) : QString();
+            inSection =
+                !text.isEmpty() && text.size() <= longestCode && languages.contains(text.toLower());
         }
         if (inSection && Matches(node, pattern)) {
             tree->show();
