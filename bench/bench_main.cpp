@@ -6,6 +6,7 @@
 
 int main(int argc, char **argv)
 {
+    lx::StartWithHugePageHeap(argv);
     // Lists are filled without a window, so no screen is needed.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");

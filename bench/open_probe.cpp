@@ -19,6 +19,7 @@
 
 int main(int argc, char **argv)
 {
+    lx::StartWithHugePageHeap(argv); // as the program does
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);

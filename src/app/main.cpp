@@ -13,6 +13,7 @@
 
 int main(int argc, char **argv)
 {
+    lx::StartWithHugePageHeap(argv);
     // The embedded browser's sandbox refuses to run as root unless told not to.
     if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");

@@ -330,6 +330,7 @@ int Publish(const Arguments &a, cli::ConsoleInteraction &ui)
 
 int main(int argc, char **argv)
 {
+    lx::StartWithHugePageHeap(argv);
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lexarbor-cli"));
     QCoreApplication::setApplicationVersion(ProgramVersion());

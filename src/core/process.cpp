@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -78,6 +79,51 @@ void KeepLargeBuffersInHeap()
 #ifdef __GLIBC__
     mallopt(M_MMAP_THRESHOLD, 256 * 1024 * 1024);
     mallopt(M_TRIM_THRESHOLD, 512 * 1024 * 1024);
+#endif
+}
+
+namespace {
+// Set in the restarted process to what GLIBC_TUNABLES was before: "=" and its value, or empty
+// when it was unset.
+constexpr const char *RestartMark = "LEXARBOR_HEAP_RESTART";
+constexpr std::string_view HugePageTunable = "glibc.malloc.hugetlb";
+} // namespace
+
+std::optional<std::string> HugePageTunables(const char *current)
+{
+    const std::string tunables = current ? current : "";
+    if (tunables.find(HugePageTunable) != std::string::npos)
+        return std::nullopt;
+    return (tunables.empty() ? std::string() : tunables + ':') + std::string(HugePageTunable) +
+           "=1";
+}
+
+void StartWithHugePageHeap(char **argv)
+{
+#if defined(__GLIBC__) && defined(__linux__)
+    if (const char *mark = std::getenv(RestartMark)) {
+        if (*mark == '=')
+            setenv("GLIBC_TUNABLES", mark + 1, 1);
+        else
+            unsetenv("GLIBC_TUNABLES");
+        unsetenv(RestartMark);
+        return;
+    }
+    const char *current = std::getenv("GLIBC_TUNABLES");
+    const std::optional<std::string> tunables = HugePageTunables(current);
+    if (!tunables)
+        return;
+    setenv(RestartMark, current ? (std::string("=") + current).c_str() : "", 1);
+    setenv("GLIBC_TUNABLES", tunables->c_str(), 1);
+    execv("/proc/self/exe", argv);
+    // Not restarted: the environment as it was, and on without huge pages.
+    if (current)
+        setenv("GLIBC_TUNABLES", current, 1);
+    else
+        unsetenv("GLIBC_TUNABLES");
+    unsetenv(RestartMark);
+#else
+    (void)argv;
 #endif
 }
 

@@ -7,6 +7,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+#include <string>
+
 namespace lx {
 
 // The ontology's MetaData row while the file is open, fields in the file's order.
@@ -94,6 +97,17 @@ QString SeedDatabasePath();
 // Lets the heap keep the large buffers of an ontology's lists between opens: by default each one
 // is a mapping of its own, handed back at free and faulted in page by page at the next open.
 void KeepLargeBuffersInHeap();
+
+// The glibc tunables that back the heap with transparent huge pages, added to `current` (the
+// environment's GLIBC_TUNABLES, or null); nothing when `current` settles that tunable already.
+std::optional<std::string> HugePageTunables(const char *current);
+// A large termbase puts hundreds of thousands of small tree items on the heap: on huge pages
+// the first opening of such a branch faults in a few hundred pages instead of tens of
+// thousands, about half its time. glibc reads its tunables only as a process starts, so the
+// process starts itself once more with them, then gives its environment back as it found it,
+// so that programs it starts (the user's browser) don't inherit them. Call it first in main;
+// when the restart fails the process goes on as it is.
+void StartWithHugePageHeap(char **argv);
 
 // Creates the ontology and termbase folders when missing; nothing else is checked.
 // Throws std::filesystem::filesystem_error, with the platform's message, on failure.

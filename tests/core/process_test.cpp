@@ -111,4 +111,15 @@ TEST(ProgramFolders, AFileInTheWayEndsStartWithAnError)
     EXPECT_THROW(lx::EnsureProgramFolders(), std::filesystem::filesystem_error);
 }
 
+TEST(HugePageHeap, TheTunableIsAddedOnceAndOthersAreKept)
+{
+    EXPECT_EQ(lx::HugePageTunables(nullptr), std::optional<std::string>("glibc.malloc.hugetlb=1"));
+    EXPECT_EQ(lx::HugePageTunables(""), std::optional<std::string>("glibc.malloc.hugetlb=1"));
+    EXPECT_EQ(lx::HugePageTunables("glibc.malloc.tcache_count=0"),
+              std::optional<std::string>("glibc.malloc.tcache_count=0:glibc.malloc.hugetlb=1"));
+    // The user's own choice, huge pages or not, stands.
+    EXPECT_EQ(lx::HugePageTunables("glibc.malloc.hugetlb=0"), std::nullopt);
+    EXPECT_EQ(lx::HugePageTunables("a=1:glibc.malloc.hugetlb=2"), std::nullopt);
+}
+
 } // namespace
