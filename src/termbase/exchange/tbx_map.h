@@ -14,7 +14,7 @@ enum class Kind {
     Frame,   // the file's own structure: root, header, body, entry, section, term, backmatter
     Heading, // a heading of the category tree, never an element of a termbase
     Basic,   // a TBX-Basic data category: <Element type="Type">
-    Note,    // no TBX-Basic counterpart: <note>Type: value</note>, the seed's type word first
+    Note,    // no TBX-Basic counterpart: <note>Word: value</note>
     Record,  // a backmatter record: a refObject in the refObjectSec of type Type
     Item,    // a field of a backmatter record: an item of type Type in its refObject
 };
@@ -29,15 +29,15 @@ enum Level : unsigned {
 };
 
 struct Category {
-    QStringView Id; // the seed's categoryID
+    QStringView Id;   // the seed's categoryID
+    QStringView Word; // the seed's type word: it names the category in a note
     Kind Of;
     // Basic: descrip, termNote, admin, ref, xref, note, or transacGrp (see Value). Frame: the
     // TBX element that stands for it. Record: refObject. Item: item.
     QStringView Element;
     // Basic: the type attribute (empty for note; for transacGrp the part beside the transac:
     // "responsibility" for a transacNote that points at a person, "date" for a date). Note:
-    // the seed's type word that names the category in the note. Record: the type of its
-    // refObjectSec. Item: the item's type.
+    // Word. Record: the type of its refObjectSec. Item: the item's type.
     QStringView Type;
     unsigned Levels = NoLevel; // Basic only
     // transacGrp: the text of its transac of type transactionType. Record: the item type of
@@ -72,13 +72,23 @@ std::optional<QString> SeedValue(QStringView id, const QString &tbxValue);
 // The closed TBX-Basic list of values of an element and type, empty when the list is open.
 QStringList FixedTbxValues(QStringView element, QStringView type);
 
-// The text of the note that carries a category without counterpart, and its reverse: the
-// category and value of a note written so, or nothing for any other note.
-QString NoteText(QStringView typeWord, const QString &value);
+// The text of the note that carries a category without counterpart (or a TBX-Basic category
+// where the dialect doesn't allow it, or with a value outside its closed list), and its
+// reverse: the category and value of a note written so, or nothing for any other note. A
+// Note row goes before a Basic row of the same word.
+QString NoteText(QStringView word, const QString &value);
 struct NoteValue {
     const Category *Of = nullptr;
     QString Value;
 };
 std::optional<NoteValue> ParseNote(const QString &text);
+
+// A concept identifier as the id of its conceptEntry, an NCName: ASCII letters, digits and
+// hyphens stay, "_" doubles, any other character (and a first character that can't start a
+// name) is "_u" with its code point in hex and "_". The escape is one-to-one and never
+// yields a ".", so ids of other elements with a "." can't meet one. The reverse gives nothing
+// for an id not written so.
+QString EntryId(const QString &conceptId);
+std::optional<QString> ConceptOfEntryId(const QString &id);
 
 } // namespace lx::tbx

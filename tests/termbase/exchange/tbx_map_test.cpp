@@ -2,6 +2,7 @@
 #include "termbase/exchange/tbx_map.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <gtest/gtest.h>
@@ -59,22 +60,55 @@ TEST(TbxMapTest, HasOneRowForEachSeedCategoryInTheSeedsOrder)
 TEST(TbxMapTest, NotesNameTheirCategoryByTheSeedsTypeWordAndReadBack)
 {
     const QHash<QString, QString> typeWords = seedColumn("tb_datcats.tsv", 2);
-    QSet<QString> words;
+    QSet<QString> noteWords;
     for (const Category &c : Categories()) {
-        if (c.Of != Kind::Note)
-            continue;
-        const QString word = c.Type.toString();
+        const QString word = c.Word.toString();
         EXPECT_EQ(word, typeWords.value(c.Id.toString())) << c.Id.toString().toStdString();
-        EXPECT_FALSE(words.contains(word)) << "two notes named " << word.toStdString();
-        words.insert(word);
-        const auto back = ParseNote(NoteText(c.Type, QStringLiteral("a: b <c>")));
+        if (c.Of != Kind::Note && c.Of != Kind::Basic)
+            continue;
+        if (c.Of == Kind::Note) {
+            EXPECT_EQ(c.Type, c.Word);
+            EXPECT_FALSE(noteWords.contains(word)) << "two notes named " << word.toStdString();
+            noteWords.insert(word);
+        }
+        const auto back = ParseNote(NoteText(c.Word, QStringLiteral("a: b <c>")));
         ASSERT_TRUE(back) << word.toStdString();
-        EXPECT_EQ(back->Of, &c);
         EXPECT_EQ(back->Value, QStringLiteral("a: b <c>"));
+        // A Basic row shares its word with a Note row only as a variant held as a reference.
+        if (back->Of != &c) {
+            EXPECT_TRUE(c.Of == Kind::Basic && back->Of->Of == Kind::Note &&
+                        c.Id == back->Of->Id.toString() + QLatin1Char('x'))
+                << c.Id.toString().toStdString();
+        }
     }
+    EXPECT_EQ(ParseNote(QStringLiteral("termType: symbol"))->Of->Id, u"2.1");
     EXPECT_FALSE(ParseNote(QStringLiteral("a plain note")));
-    EXPECT_FALSE(ParseNote(QStringLiteral("definition: not a note category")));
+    EXPECT_FALSE(ParseNote(QStringLiteral("nonesuch: value")));
+    EXPECT_FALSE(ParseNote(QStringLiteral("termbase: a frame, not a category of an element")));
     EXPECT_FALSE(ParseNote(QStringLiteral(": register")));
+}
+
+TEST(TbxMapTest, EntryIdsAreNamesAndComeBackToTheirConcept)
+{
+    const QRegularExpression ncname(QStringLiteral("^[A-Za-z_][A-Za-z0-9._-]*$"));
+    const QStringList concepts{QStringLiteral("CAR-ENGINE"), QStringLiteral("3D-MODEL"),
+                               QStringLiteral("-X"),         QStringLiteral("A_B"),
+                               QStringLiteral("A__B"),       QStringLiteral("A B.C"),
+                               QStringLiteral("Q&A<\"'>"),   QStringLiteral("CAFÉ"),
+                               QStringLiteral("_"),          QString::fromUtf8("\xF0\x9F\x8C\xB3")};
+    QSet<QString> ids;
+    for (const QString &conceptId : concepts) {
+        const QString id = EntryId(conceptId);
+        EXPECT_TRUE(ncname.match(id).hasMatch()) << id.toStdString();
+        EXPECT_FALSE(id.contains(QLatin1Char('.'))) << id.toStdString();
+        EXPECT_EQ(ConceptOfEntryId(id), conceptId) << id.toStdString();
+        ids.insert(id);
+    }
+    EXPECT_EQ(ids.size(), concepts.size());
+    EXPECT_EQ(EntryId(QStringLiteral("CAR-ENGINE")), QStringLiteral("CAR-ENGINE"));
+    EXPECT_EQ(EntryId(QStringLiteral("3D")), QStringLiteral("_u33_D"));
+    for (const char *foreign : {"e.12", "c1_", "_x41_", "_u41_", "", "1A", "_u_", "a b"})
+        EXPECT_FALSE(ConceptOfEntryId(QString::fromLatin1(foreign))) << foreign;
 }
 
 TEST(TbxMapTest, BasicRowsUseTbxBasicTypesAndReadBackToAPrimaryOfTheirKind)
