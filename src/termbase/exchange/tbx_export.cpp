@@ -1,6 +1,8 @@
 #include "termbase/exchange/tbx_export.h"
 
 #include "core/file_steps.h"
+#include "core/interaction.h"
+#include "core/process.h"
 #include "core/program.h"
 #include "core/store/database.h"
 #include "core/store/errors.h"
@@ -734,6 +736,37 @@ QString TbxExportSummary(const TbxExportResult &result)
         text += QStringLiteral("; ") + QString::number(result.SectionsWithoutTerms) +
                 QStringLiteral(" language sections without terms left out");
     return text + QLatin1Char('.');
+}
+
+bool ExportOpenTermbaseAsTbx(const TbxProgress &progress)
+{
+    const ProcessState &p = Process();
+    if (p.TermPath.isEmpty() || !p.TermDB.isOpen())
+        return false; // no termbase open: nothing to ask
+    const QString title = QStringLiteral("Export as TBX");
+    FileDialogRequest request;
+    request.title = title;
+    request.filter = QStringLiteral("TBX files (*.tbx)|*.tbx|All files (*.*)|*.*");
+    request.initialDir = p.TermFolder;
+    request.fileName = (p.TermMeta.Name.isEmpty() ? QStringLiteral("termbase") : p.TermMeta.Name) +
+                       QStringLiteral(".tbx");
+    request.defaultExt = QStringLiteral("tbx");
+    const std::optional<QString> path = UI().GetSaveFileName(request);
+    if (!path || path->isEmpty())
+        return false;
+    const int before = UI().MousePointer();
+    UI().SetMousePointer(pointer::Hourglass);
+    try {
+        const TbxExportResult result = WriteTbxFile(Process().TermDB, p.TermPath, *path, progress);
+        UI().SetMousePointer(before);
+        UI().MsgBox(TbxExportSummary(result) + QStringLiteral("\r\nWritten to ") + *path,
+                    msg::Information, title);
+        return true;
+    } catch (const StoreError &error) {
+        UI().SetMousePointer(before);
+        UI().MsgBox(error.description() + QStringLiteral(": ") + *path, msg::Critical, title);
+        return false;
+    }
 }
 
 } // namespace lx

@@ -39,4 +39,9 @@ TbxExportResult ExportTbx(const QString &termbasePath, const QString &outPath,
 // What an export did, in a few words for the user.
 QString TbxExportSummary(const TbxExportResult &result);
 
+// The menu's export of the open termbase: the file asked for through a save dialog, then written
+// with the hourglass up, and a word on what went out or why nothing did. False when the user
+// cancelled or the file couldn't be written, or when no termbase is open (nothing is asked).
+bool ExportOpenTermbaseAsTbx(const TbxProgress &progress = {});
+
 } // namespace lx
