@@ -157,28 +157,39 @@ private:
     QHash<qint32, int> m_index;
 };
 
-// Text XML 1.0 can hold: other control characters and unpaired surrogates go.
+// Text XML 1.0 can hold: other control characters, U+FFFE, U+FFFF and unpaired surrogates go.
+bool IsXmlText(QStringView text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c >= 0x20 && c < 0xD800)
+            continue;
+        if (c == 0x9 || c == 0xA || c == 0xD || (c >= 0xE000 && c <= 0xFFFD))
+            continue;
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            ++i;
+            continue;
+        }
+        return false;
+    }
+    return true;
+}
+
 QString XmlText(const QString &text)
 {
-    auto allowed = [](char32_t c) {
-        return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) ||
-               (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
-    };
-    bool clean = true;
-    for (const char32_t c : text.toUcs4()) {
-        if (!allowed(c)) {
-            clean = false;
-            break;
-        }
-    }
-    if (clean)
+    if (IsXmlText(text))
         return text;
-    QList<char32_t> kept;
-    for (const char32_t c : text.toUcs4()) {
-        if (allowed(c))
-            kept << c;
+    QString kept;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const qsizetype length =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate() ? 2
+                                                                                             : 1;
+        const QStringView one = QStringView(text).mid(i, length);
+        if (IsXmlText(one))
+            kept += one;
+        i += length - 1;
     }
-    return QString::fromUcs4(kept.constData(), kept.size());
+    return kept;
 }
 
 QString ElementId(qint32 elemID)

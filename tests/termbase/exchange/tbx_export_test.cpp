@@ -306,6 +306,24 @@ TEST_F(TbxExportTest, TheCheckerSeesTheFaultsItIsThereFor)
     EXPECT_TRUE(broken("style=\"dca\"", "style=\"dct\"").contains(QStringLiteral("not dca")));
 }
 
+TEST_F(TbxExportTest, CharactersXmlCantHoldAreLeftOutAndTheRestKept)
+{
+    QDir().mkpath(lx::TermBasesFolder() + QStringLiteral("out"));
+    const qint32 e = entry(QStringLiteral("CAR"));
+    QString text = QStringLiteral("a\u0001b\tc");
+    text += QChar(0xFFFE); // no character at all
+    text += QStringLiteral("d\U0001F333");
+    term(e, text, QStringLiteral("en"));
+    const XmlNode root = exported();
+    const XmlNode *termSec = root.child("text")
+                                 ->child("body")
+                                 ->child("conceptEntry")
+                                 ->child("langSec")
+                                 ->child("termSec");
+    ASSERT_NE(termSec, nullptr);
+    EXPECT_EQ(termSec->child("term")->Text, QStringLiteral("ab\tcd\U0001F333"));
+}
+
 TEST_F(TbxExportTest, AnEmptyTermbaseGivesAnEmptyBodyAndNoBackmatter)
 {
     QDir().mkpath(lx::TermBasesFolder() + QStringLiteral("out"));
