@@ -298,6 +298,7 @@ private:
                 continue;
             if (c.kind() == tbx::Kind::Record) {
                 m_records.push_back(i);
+                m_inBack.insert(i);
                 markTree(i);
             } else if (c.kind() != tbx::Kind::Frame) {
                 m_loose.push_back(i);
@@ -458,7 +459,9 @@ private:
         o.Lang = e.Lang;
         const tbx::Category *row = info.Row;
         if (row && row->Of == tbx::Kind::Basic && tbx::AllowedAt(*row, level)) {
-            const QString recordId = toRecord ? ElementId(at(target).Id) : QString();
+            // A record named by id only where the back matter holds it.
+            const QString recordId =
+                toRecord && m_inBack.contains(target) ? ElementId(at(target).Id) : QString();
             if (row->Element == u"termNote") {
                 if (const std::optional<QString> mapped = tbx::TbxValue(row->Id, value)) {
                     o.Is = Form::TermNote;
@@ -690,6 +693,7 @@ private:
     QString m_fileLang;
     std::vector<int> m_entries, m_records, m_loose;
     QSet<qint32> m_targeted;
+    QSet<int> m_inBack;
     QSet<QString> m_entryIds;
     TbxExportResult m_result;
 };

@@ -306,6 +306,38 @@ TEST_F(TbxExportTest, TheCheckerSeesTheFaultsItIsThereFor)
     EXPECT_TRUE(broken("style=\"dca\"", "style=\"dct\"").contains(QStringLiteral("not dca")));
 }
 
+// A cross-reference names any element that goes out by its id, and one that can't be named
+// goes out as a note with its description.
+TEST_F(TbxExportTest, CrossReferencesNameWhatIsWrittenAndNoteWhatIsNot)
+{
+    QDir().mkpath(lx::TermBasesFolder() + QStringLiteral("out"));
+    const qint32 car = entry(QStringLiteral("CAR"));
+    const qint32 defined = put(QStringLiteral("5.1"), Source::Text, QStringLiteral("a vehicle"),
+                               car, QStringLiteral("en"));
+    const qint32 carTerm = term(car, QStringLiteral("car"), QStringLiteral("en"));
+    const qint32 empty = entry(QStringLiteral("EMPTY"));
+    const qint32 lost = put(QStringLiteral("5.1"), Source::Text, QStringLiteral("nothing"), empty,
+                            QStringLiteral("en"));
+    ScriptedUser user;
+    user.answerInputBox(QStringLiteral("its definition")).answerInputBox(QStringLiteral("gone"));
+    ASSERT_TRUE(CompleteCrossReference(editor, carTerm, defined, QStringLiteral("5.1"),
+                                       QStringLiteral("10.18")));
+    ASSERT_TRUE(CompleteCrossReference(editor, carTerm, lost, QStringLiteral("5.1"),
+                                       QStringLiteral("10.18")));
+    const XmlNode root = exported();
+    EXPECT_EQ(CheckTbxBasic(root), QStringList());
+    const XmlNode *written = root.child("text")->child("body")->child("conceptEntry");
+    ASSERT_NE(written, nullptr);
+    const QString id = QStringLiteral("e.") + QString::number(defined);
+    EXPECT_EQ(written->child("descrip")->attr("id"), id);
+    const XmlNode *termSec = written->child("langSec")->child("termSec");
+    ASSERT_EQ(termSec->Children.size(), 3u);
+    EXPECT_EQ(termSec->Children[1].Name, QStringLiteral("ref"));
+    EXPECT_EQ(termSec->Children[1].attr("target"), id);
+    EXPECT_EQ(termSec->Children[2].Name, QStringLiteral("note"));
+    EXPECT_EQ(termSec->Children[2].Text, QStringLiteral("crossReference: gone"));
+}
+
 TEST_F(TbxExportTest, CharactersXmlCantHoldAreLeftOutAndTheRestKept)
 {
     QDir().mkpath(lx::TermBasesFolder() + QStringLiteral("out"));
