@@ -4,12 +4,30 @@
 #include "core/process.h"
 #include "ontology/store/lifecycle.h"
 #include "ontology/store/seed.h"
+#include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_onto_edit.h"
+#include "ui/frm_tb_editor.h"
 
 #include <QFileInfo>
 
 namespace lx::ui {
+
+namespace {
+
+void OpenTermbaseAtStart(frmOntoEdit &main, const QString &path)
+{
+    const std::optional<QString> ontology = WorkingOntologyOf(path);
+    if (!ontology)
+        return;
+    OpenDroppedOntology(main, {*ontology});
+    if (Process().OntoPath.isEmpty())
+        return; // the ontology said why it didn't open
+    ShowTermbaseEditor();
+    OpenNamedTermbase(Forms().Get<frmTBEDitor>(), path);
+}
+
+} // namespace
 
 void Main(std::chrono::milliseconds splashInterval, const QStringList &arguments)
 {
@@ -21,10 +39,16 @@ void Main(std::chrono::milliseconds splashInterval, const QStringList &arguments
     EnsureProgramFolders();
     EnsureSeedFile(); // without it, making an ontology fails later with the store's error
     main.show();
-    // An ontology named on the command line (a double click on its file) opens as if dropped.
+    // The first file named on the command line (a double click on it) opens: an ontology as if
+    // dropped, a termbase in its editor under its working ontology.
     for (const QString &argument : arguments) {
+        const QString path = QFileInfo(argument).absoluteFilePath();
         if (argument.endsWith(QLatin1String(".ont"), Qt::CaseInsensitive)) {
-            OpenDroppedOntology(main, {QFileInfo(argument).absoluteFilePath()});
+            OpenDroppedOntology(main, {path});
+            break;
+        }
+        if (argument.endsWith(QLatin1String(".ltb"), Qt::CaseInsensitive)) {
+            OpenTermbaseAtStart(main, path);
             break;
         }
     }

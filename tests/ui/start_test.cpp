@@ -1,6 +1,8 @@
 #include "open_ontology_fixture.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_splash.h"
+#include "ui/frm_tb_editor.h"
+#include "ui/frm_tb_properties.h"
 #include "ui/start.h"
 #include "ui_fixture.h"
 
@@ -131,7 +133,7 @@ TEST_F(StartTest, AnOntologyNamedOnTheCommandLineIsOpened)
     const QString before = QDir::currentPath();
     ASSERT_TRUE(QDir::setCurrent(home.path()));
     lx::ui::Main(frmSplash::DefaultInterval,
-                 {QStringLiteral("--style"), QStringLiteral("notes.ltb"),
+                 {QStringLiteral("--style"), QStringLiteral("notes.txt"),
                   QStringLiteral("fish.ONT"), QStringLiteral("other.ont")});
     QDir::setCurrent(before);
 
@@ -142,7 +144,7 @@ TEST_F(StartTest, AnOntologyNamedOnTheCommandLineIsOpened)
 
 TEST_F(StartTest, WithoutAnOntologyOnTheCommandLineNothingOpens)
 {
-    lx::ui::Main(frmSplash::DefaultInterval, {QStringLiteral("notes.ltb")});
+    lx::ui::Main(frmSplash::DefaultInterval, {QStringLiteral("notes.txt")});
     EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
 }
 
@@ -153,6 +155,68 @@ TEST_F(StartTest, AFolderThatCantBeMadeEndsTheStart)
     blocker.close();
     EXPECT_THROW(lx::ui::Main(), std::filesystem::filesystem_error);
     EXPECT_TRUE(QDir(home.filePath(QStringLiteral("Ontologies"))).exists());
+}
+
+// A termbase "Bird terms" made under the sample ontology "Birds", both closed again, as a file
+// given to the program at start.
+class StartWithTermbase : public lx::test::OpenOntologyTest {
+protected:
+    QString makeTermbase()
+    {
+        birds = sample(QStringLiteral("Birds"));
+        openByDialog(birds);
+        form.mnuToolsTBEd->trigger();
+        const QString path = lx::TermBasesFolder() + QStringLiteral("birds.ltb");
+        user.answerSaveFile(path)
+            .onModal([](QWidget *dialog) {
+                auto *properties = qobject_cast<lx::ui::frmTBProperties *>(dialog);
+                properties->txtName->setText(QStringLiteral("Bird terms"));
+                properties->cmdOK->click();
+            })
+            .answerMsgBox(lx::msg::OK);
+        Forms().Find<lx::ui::frmTBEDitor>()->mnuFileNew->trigger();
+        form.mnuFileClose->trigger();
+        EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+        EXPECT_TRUE(lx::Process().TermPath.isEmpty());
+        return path;
+    }
+    QString birds;
+};
+
+TEST_F(StartWithTermbase, ATermbaseOpensInItsEditorUnderItsWorkingOntology)
+{
+    const QString termbase = makeTermbase();
+    lx::ui::Main(frmSplash::DefaultInterval, {termbase, QStringLiteral("other.ont")});
+
+    EXPECT_EQ(lx::Process().OntoPath, birds);
+    EXPECT_EQ(lx::Process().TermPath, termbase);
+    EXPECT_EQ(lx::Process().TermMeta.Name, QStringLiteral("Bird terms"));
+    auto *editor = Forms().Find<lx::ui::frmTBEDitor>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isVisible());
+}
+
+TEST_F(StartWithTermbase, ATermbaseThatCantBeReadSaysWhyAndOpensNothing)
+{
+    const QString gone = home.filePath(QStringLiteral("gone.ltb"));
+    user.answerMsgBox(lx::msg::OK);
+    lx::ui::Main(frmSplash::DefaultInterval, {gone});
+    EXPECT_EQ(user.calls().last().text,
+              QStringLiteral("Error 3024 - Could not find file '%1'.").arg(gone));
+    EXPECT_EQ(user.calls().last().title, QStringLiteral("Error"));
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(gone)) << "a file that could not be opened is never written";
+
+    // Not a termbase at all: the open's own message.
+    const QString text = home.filePath(QStringLiteral("text.ltb"));
+    QFile file(text);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("plain text");
+    file.close();
+    user.answerMsgBox(lx::msg::OK);
+    lx::ui::Main(frmSplash::DefaultInterval, {text});
+    EXPECT_EQ(user.calls().last().text, QStringLiteral("Not an Lexarbor termbase - ") + text);
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
 }
 
 } // namespace

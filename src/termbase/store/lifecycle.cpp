@@ -276,6 +276,41 @@ void OpenTermbaseByDialog(TermbaseEditor &editor)
     }
 }
 
+std::optional<QString> WorkingOntologyOf(const QString &path)
+{
+    try {
+        Database db = DBEngine::OpenDatabase(path, false, true, QString());
+        TermMetaData meta;
+        ReadTermMetaData(db, meta);
+        db.Close();
+        return meta.Ontology;
+    } catch (const StoreError &error) {
+        ReportOpenError(error, path);
+        return std::nullopt;
+    }
+}
+
+void OpenNamedTermbase(TermbaseEditor &editor, const QString &path)
+{
+    ProcessState &p = Process();
+    if (!p.TermPath.isEmpty())
+        CloseTermbaseCommand(editor);
+    if (!p.TermPath.isEmpty() || RefuseDoubleQuotedPath(path))
+        return;
+    try {
+        p.TermPath = path;
+        p.TermFolder = FolderOf(path);
+        OpenTermbase(editor, p.TermPath);
+        if (p.TermPath.isEmpty())
+            return;
+        CreateFolderIfMissing(TermbasePublishFolder(p.TermMeta.Name));
+        CreateFolderIfMissing(TermbaseBackFolder(p.TermMeta.Name));
+    } catch (const StoreError &error) {
+        UI().MsgBox(error.description());
+        p.TermPath.clear();
+    }
+}
+
 void CloseTermbaseCommand(TermbaseEditor &editor)
 {
     if (!Process().TermPath.isEmpty())

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 // Creating, opening and closing the one open termbase, and its options. The metadata lives in
 // Process().TermMeta from open to close; the MetaData row on disk is written at creation and
 // again at close.
@@ -19,6 +21,13 @@ void SetTermbaseOptions(TermbaseEditor &editor);     // mnuToolsOptions
 // Opens the file at `path` under the open ontology. A file of another working ontology is
 // refused, and `path` is emptied: callers pass Process().TermPath.
 void OpenTermbase(TermbaseEditor &editor, QString &path);
+// The working ontology a termbase file names, read without writing to the file; a file that
+// can't be read gets the message of a failed open, and nothing.
+std::optional<QString> WorkingOntologyOf(const QString &path);
+// Opens a termbase named outside the program (its file given to the program at start) as the
+// open-by-dialog command would after its dialog.
+void OpenNamedTermbase(TermbaseEditor &editor, const QString &path);
+
 // Writes MetaData back (Modified = now, Ontology untouched), closes the file and empties the
 // editor.
 void CloseTermbase(TermbaseEditor &editor);
