@@ -49,10 +49,9 @@ QString ConceptItem(const QString &identifier)
            QStringLiteral(" </a> </small><br>");
 }
 
-QString SlotLineEnd(const QVariant &isDefault)
+QString SlotLineEnd(bool isDefault)
 {
-    // Compared with True: a Null is no default.
-    return !isDefault.isNull() && isDefault.toBool() ? kDefaultLineEnd : kSmallLineEnd;
+    return isDefault ? kDefaultLineEnd : kSmallLineEnd;
 }
 
 // Appends a row when it has items; a row without items isn't written at all.
@@ -68,16 +67,6 @@ Recordset Snapshot(const QString &select, const QString &identifier, const QStri
     const QString &q = Process().Quote;
     return Process().OntoDB.OpenRecordset(select + q + identifier + q + orderBy,
                                           store::dbOpenSnapshot);
-}
-
-QString ParentItems(const QString &identifier)
-{
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ISA WHERE Concept = "), identifier,
-                            QStringLiteral(" ORDER BY ISA"));
-    QString items;
-    for (; !rs.Eof(); rs.MoveNext())
-        items += ConceptItem(rs.Value(u"ISA").toString());
-    return items;
 }
 
 QString ListItems(const QStringList &list)
@@ -101,52 +90,42 @@ QString SortedUniqueItems(QStringList list)
     return items;
 }
 
-QString RelationItems(const QString &identifier)
+QString RelationItems(const std::vector<PageSlot> &relations)
 {
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = "), identifier,
-                            QStringLiteral(" ORDER BY Rel"));
     QString items;
     QString remembered;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const QString rel = rs.Value(u"Rel").toString();
-        const QString filler = rs.Value(u"Concept2").toString();
-        if (rel != remembered)
-            items += QStringLiteral("<small>") + Href(rel) + HtmlText(rel) +
-                     QStringLiteral("</a>") + QStringLiteral(" : ") + Href(filler) +
-                     HtmlText(filler) + QStringLiteral("</a>");
+    for (const PageSlot &slot : relations) {
+        if (slot.Name != remembered)
+            items += QStringLiteral("<small>") + Href(slot.Name) + HtmlText(slot.Name) +
+                     QStringLiteral("</a>") + QStringLiteral(" : ") + Href(slot.Value) +
+                     HtmlText(slot.Value) + QStringLiteral("</a>");
         else
-            items += kIndent + Href(filler) + HtmlText(filler) + QStringLiteral("</a>");
-        items += SlotLineEnd(rs.Value(u"Default"));
-        remembered = rel;
+            items += kIndent + Href(slot.Value) + HtmlText(slot.Value) + QStringLiteral("</a>");
+        items += SlotLineEnd(slot.Default);
+        remembered = slot.Name;
     }
     return items;
 }
 
 // The name of an attribute is written on every line, repeated or not: the indented form of a
 // repeat is never used for attributes.
-QString AttributeItems(const QString &identifier)
+QString AttributeItems(const std::vector<PageSlot> &attributes)
 {
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = "), identifier,
-                            QStringLiteral(" ORDER BY Attribute"));
     QString items;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const QString attribute = rs.Value(u"Attribute").toString();
-        items += QStringLiteral("<small>") + Href(attribute) + HtmlText(attribute) +
-                 QStringLiteral("</a>") + QStringLiteral(" : ") +
-                 HtmlText(rs.Value(u"Value").toString()) + SlotLineEnd(rs.Value(u"Default"));
-    }
+    for (const PageSlot &slot : attributes)
+        items += QStringLiteral("<small>") + Href(slot.Name) + HtmlText(slot.Name) +
+                 QStringLiteral("</a>") + QStringLiteral(" : ") + HtmlText(slot.Value) +
+                 SlotLineEnd(slot.Default);
     return items;
 }
 
 // The rows that the concept inherits, as the engine leaves them in Inherit. Links in these
 // rows close with "<a>".
-QString InheritedItems(const QString &identifier, const QString &include)
+QString InheritedItems(const std::vector<InheritRow> &rows, bool relations)
 {
-    ComputeInheritance(identifier, kExclusive, include);
-    const bool relations = include == kIncludeRels;
     QString items;
     QString remembered;
-    for (const InheritRow &row : InheritRows()) {
+    for (const InheritRow &row : rows) {
         if (row.Attr != remembered)
             items += QStringLiteral("<small>") + Href(row.Attr) + HtmlText(row.Attr) +
                      QStringLiteral("<a> ") + QStringLiteral(" : ");
@@ -167,14 +146,86 @@ QString InheritedItems(const QString &identifier, const QString &include)
     return items;
 }
 
-// The concept's definition, or nothing when it has none or isn't there.
-QString StoredDefinition(const QString &identifier)
+// A Default compared with True: a Null is no default.
+bool IsDefault(const QVariant &field)
 {
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
-    rs.SetIndex(QStringLiteral("Concept"));
-    rs.Seek(u"=", identifier);
-    return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
+    return !field.isNull() && field.toBool();
 }
+
+std::vector<PageSlot> StoredSlots(const QString &select, const QString &identifier,
+                                  const QString &orderBy, QStringView nameField,
+                                  QStringView valueField)
+{
+    Recordset rs = Snapshot(select, identifier, orderBy);
+    std::vector<PageSlot> slots;
+    for (; !rs.Eof(); rs.MoveNext())
+        slots.push_back({rs.Value(nameField).toString(), rs.Value(valueField).toString(),
+                         IsDefault(rs.Value(u"Default"))});
+    return slots;
+}
+
+// Each piece read from the open ontology when it is asked for, the inherited rows by the
+// inheritance engine itself.
+class StorePageSource final : public ConceptPageSource {
+public:
+    QString definition(const QString &identifier) override
+    {
+        Recordset rs =
+            Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
+        rs.SetIndex(QStringLiteral("Concept"));
+        rs.Seek(u"=", identifier);
+        return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
+    }
+
+    QStringList parents(const QString &identifier) override
+    {
+        Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ISA WHERE Concept = "), identifier,
+                                QStringLiteral(" ORDER BY ISA"));
+        QStringList found;
+        for (; !rs.Eof(); rs.MoveNext())
+            found << rs.Value(u"ISA").toString();
+        return found;
+    }
+
+    QStringList children(const QString &identifier) override
+    {
+        QStringList found;
+        GetChildren(identifier, found);
+        return found;
+    }
+
+    QStringList descendants(const QString &identifier) override
+    {
+        QStringList found;
+        GetDescendants(identifier, found);
+        return found;
+    }
+
+    QStringList ancestors(const QString &identifier) override
+    {
+        QStringList found;
+        GetAncestors(identifier, found);
+        return found;
+    }
+
+    std::vector<PageSlot> relations(const QString &identifier) override
+    {
+        return StoredSlots(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = "), identifier,
+                           QStringLiteral(" ORDER BY Rel"), u"Rel", u"Concept2");
+    }
+
+    std::vector<PageSlot> attributes(const QString &identifier) override
+    {
+        return StoredSlots(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = "), identifier,
+                           QStringLiteral(" ORDER BY Attribute"), u"Attribute", u"Value");
+    }
+
+    std::vector<InheritRow> inherited(const QString &identifier, const QString &include) override
+    {
+        ComputeInheritance(identifier, kExclusive, include);
+        return InheritRows();
+    }
+};
 
 } // namespace
 
@@ -247,44 +298,58 @@ QString BuildConceptStructures(const QString &identifier, bool ancestors, bool d
     // The inheritance engine writes Inherit row by row: in one transaction, the rows of a
     // table cost one commit instead of one each.
     const store::WriteBatch batch(Process().OntoDB);
+    StorePageSource source;
+    return BuildConceptStructures(source, identifier, ancestors, descendants, inheritedRelations,
+                                  inheritedAttributes);
+}
+
+QString BuildConceptStructures(ConceptPageSource &source, const QString &identifier, bool ancestors,
+                               bool descendants, bool inheritedRelations, bool inheritedAttributes)
+{
     QString table = QStringLiteral("<p></p><table border=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" cellpadding=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" > <tr><td colspan= ") + Q + QStringLiteral("2") + Q +
                     QStringLiteral("><center><strong> Conceptual Structures ") +
                     QStringLiteral("</strong></center> </td></tr>");
 
-    const QString parents = ParentItems(identifier);
+    const QString parents = ListItems(source.parents(identifier));
     if (!parents.isEmpty()) {
         AddRow(table, QStringLiteral("<tr><td><strong>ISA</strong></td><td>"), parents);
         // Only a concept with parents gets its SUBCLASSES row.
-        QStringList children;
-        if (GetChildren(identifier, children) > 0)
-            AddRow(table, QStringLiteral("<tr><td><strong>SUBCLASSES</strong></td><td>"),
-                   ListItems(children));
+        AddRow(table, QStringLiteral("<tr><td><strong>SUBCLASSES</strong></td><td>"),
+               ListItems(source.children(identifier)));
     }
-    QStringList found;
-    if (descendants && GetDescendants(identifier, found) > 0)
+    if (descendants)
         AddRow(table, QStringLiteral("<tr><td><strong>DESCENDANTS</strong></td><td>"),
-               SortedUniqueItems(found));
-    found.clear();
-    if (ancestors && GetAncestors(identifier, found) > 0)
+               SortedUniqueItems(source.descendants(identifier)));
+    if (ancestors)
         AddRow(table, QStringLiteral("<tr><td><strong>ANCESTORS</strong></td><td>"),
-               SortedUniqueItems(found));
+               SortedUniqueItems(source.ancestors(identifier)));
     AddRow(table, QStringLiteral("<tr><td><strong>RELATIONS</strong></td><td>"),
-           RelationItems(identifier));
+           RelationItems(source.relations(identifier)));
     AddRow(table, QStringLiteral("<tr><td><strong>ATTRIBUTES</strong></td><td>"),
-           AttributeItems(identifier));
+           AttributeItems(source.attributes(identifier)));
     if (inheritedRelations)
         AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>RELATIONS</strong></td><td>"),
-               InheritedItems(identifier, kIncludeRels));
+               InheritedItems(source.inherited(identifier, kIncludeRels), true));
     if (inheritedAttributes)
         AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>ATTRIBUTES</strong></td><td>"),
-               InheritedItems(identifier, kIncludeAttrs));
+               InheritedItems(source.inherited(identifier, kIncludeAttrs), false));
     return table + QStringLiteral("</table><p></p>");
 }
 
 void WriteConceptPage(const QString &identifier, const QString &folder, bool ancestors,
                       bool descendants, bool inheritedRelations, bool inheritedAttributes)
+{
+    const store::WriteBatch batch(Process().OntoDB);
+    StorePageSource source;
+    WriteConceptPage(source, identifier, folder, ancestors, descendants, inheritedRelations,
+                     inheritedAttributes);
+}
+
+void WriteConceptPage(ConceptPageSource &source, const QString &identifier, const QString &folder,
+                      bool ancestors, bool descendants, bool inheritedRelations,
+                      bool inheritedAttributes)
 {
     const std::optional<QString> path = ConceptPagePath(identifier, folder);
     if (!path) {
@@ -301,12 +366,12 @@ void WriteConceptPage(const QString &identifier, const QString &folder, bool anc
     TextChannel page(*path);
     page.Print(PageHead(identifier));
     page.Print(PageTitleBlock(identifier));
-    const QString definition = StoredDefinition(identifier);
+    const QString definition = source.definition(identifier);
     if (!definition.isEmpty())
         page.Print(QStringLiteral("<strong>Definition</strong>: ") + definition + kCrLf +
                    QStringLiteral("<hr>") + kCrLf);
     if (!IsFixedTopNode(identifier)) {
-        const QString table = BuildConceptStructures(identifier, ancestors, descendants,
+        const QString table = BuildConceptStructures(source, identifier, ancestors, descendants,
                                                      inheritedRelations, inheritedAttributes);
         if (!table.isEmpty())
             page.Print(table + kCrLf + QStringLiteral("<hr>") + kCrLf + QStringLiteral("<p></p>"));
