@@ -34,22 +34,40 @@ const QStringList kFixedTopNodes = {
     QStringLiteral("MENTAL-EVENT"),  QStringLiteral("SOCIAL-EVENT"),
 };
 
+// Appends `text` as HtmlText gives it. Pages are built by appending into one string, as a
+// whole publish writes some hundred thousand items.
+void AppendHtmlText(QString &out, QStringView text)
+{
+    qsizetype plain = 0; // start of the run not yet appended
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t ch = text[i].unicode();
+        if (ch != u'<' && ch != u'>' && ch != u'&')
+            continue;
+        out += text.sliced(plain, i - plain);
+        out += ch == u'<' ? u"&lt;" : ch == u'>' ? u"&gt;" : u"&amp;";
+        plain = i + 1;
+    }
+    out += text.sliced(plain);
+}
+
 // The opening of a link to a concept's page. The target stands as it is, unencoded: pages are
 // named by their identifier alone.
-QString Href(const QString &target)
+void AppendHref(QString &out, const QString &target)
 {
-    return QStringLiteral("<a href = ") + Q + target + QStringLiteral(".") +
-           QStringLiteral("html") + Q + QStringLiteral(">");
+    out += u"<a href = \"";
+    out += target;
+    out += u".html\">";
 }
 
-QString ConceptItem(const QString &identifier)
+void AppendConceptItem(QString &items, const QString &identifier)
 {
-    return QStringLiteral("<small><a href = ") + Q + identifier + QStringLiteral(".") +
-           QStringLiteral("html") + Q + QStringLiteral(">") + HtmlText(identifier) +
-           QStringLiteral(" </a> </small><br>");
+    items += u"<small>";
+    AppendHref(items, identifier);
+    AppendHtmlText(items, identifier);
+    items += u" </a> </small><br>";
 }
 
-QString SlotLineEnd(bool isDefault)
+const QString &SlotLineEnd(bool isDefault)
 {
     return isDefault ? kDefaultLineEnd : kSmallLineEnd;
 }
@@ -57,8 +75,11 @@ QString SlotLineEnd(bool isDefault)
 // Appends a row when it has items; a row without items isn't written at all.
 void AddRow(QString &table, const QString &opening, const QString &items)
 {
-    if (!items.isEmpty())
-        table += opening + items + kRowEnd;
+    if (items.isEmpty())
+        return;
+    table += opening;
+    table += items;
+    table += kRowEnd;
 }
 
 // The query with the identifier between quotes, unescaped, as every criterion stands.
@@ -73,7 +94,7 @@ QString ListItems(const QStringList &list)
 {
     QString items;
     for (const QString &identifier : list)
-        items += ConceptItem(identifier);
+        AppendConceptItem(items, identifier);
     return items;
 }
 
@@ -85,7 +106,7 @@ QString SortedUniqueItems(QStringList list)
     for (qsizetype i = 0; i < list.size(); ++i) {
         // Sorted, a repeat follows its first: looking back one entry is the test for "seen".
         if (i == 0 || list[i] != list[i - 1])
-            items += ConceptItem(list[i]);
+            AppendConceptItem(items, list[i]);
     }
     return items;
 }
@@ -93,16 +114,21 @@ QString SortedUniqueItems(QStringList list)
 QString RelationItems(const std::vector<PageSlot> &relations)
 {
     QString items;
-    QString remembered;
+    const QString *remembered = nullptr;
     for (const PageSlot &slot : relations) {
-        if (slot.Name != remembered)
-            items += QStringLiteral("<small>") + Href(slot.Name) + HtmlText(slot.Name) +
-                     QStringLiteral("</a>") + QStringLiteral(" : ") + Href(slot.Value) +
-                     HtmlText(slot.Value) + QStringLiteral("</a>");
-        else
-            items += kIndent + Href(slot.Value) + HtmlText(slot.Value) + QStringLiteral("</a>");
+        if (!remembered || slot.Name != *remembered) {
+            items += u"<small>";
+            AppendHref(items, slot.Name);
+            AppendHtmlText(items, slot.Name);
+            items += u"</a> : ";
+        } else {
+            items += kIndent;
+        }
+        AppendHref(items, slot.Value);
+        AppendHtmlText(items, slot.Value);
+        items += u"</a>";
         items += SlotLineEnd(slot.Default);
-        remembered = slot.Name;
+        remembered = &slot.Name;
     }
     return items;
 }
@@ -112,10 +138,14 @@ QString RelationItems(const std::vector<PageSlot> &relations)
 QString AttributeItems(const std::vector<PageSlot> &attributes)
 {
     QString items;
-    for (const PageSlot &slot : attributes)
-        items += QStringLiteral("<small>") + Href(slot.Name) + HtmlText(slot.Name) +
-                 QStringLiteral("</a>") + QStringLiteral(" : ") + HtmlText(slot.Value) +
-                 SlotLineEnd(slot.Default);
+    for (const PageSlot &slot : attributes) {
+        items += u"<small>";
+        AppendHref(items, slot.Name);
+        AppendHtmlText(items, slot.Name);
+        items += u"</a> : ";
+        AppendHtmlText(items, slot.Value);
+        items += SlotLineEnd(slot.Default);
+    }
     return items;
 }
 
@@ -124,26 +154,47 @@ QString AttributeItems(const std::vector<PageSlot> &attributes)
 QString InheritedItems(const std::vector<InheritRow> &rows, bool relations)
 {
     QString items;
-    QString remembered;
+    const QString *remembered = nullptr;
     for (const InheritRow &row : rows) {
-        if (row.Attr != remembered)
-            items += QStringLiteral("<small>") + Href(row.Attr) + HtmlText(row.Attr) +
-                     QStringLiteral("<a> ") + QStringLiteral(" : ");
-        else
+        if (!remembered || row.Attr != *remembered) {
+            items += u"<small>";
+            AppendHref(items, row.Attr);
+            AppendHtmlText(items, row.Attr);
+            items += u"<a>  : ";
+        } else {
             items += kIndent;
+        }
         const bool isDefault = row.Value.endsWith(kByDefault);
         const QString value = isDefault ? row.Value.chopped(kByDefault.size()) : row.Value;
-        if (relations)
-            items += Href(value) + HtmlText(value) +
-                     (isDefault ? QStringLiteral("<a> (by default) (from ")
-                                : QStringLiteral("<a> (from "));
-        else
-            items += HtmlText(value) + (isDefault ? QStringLiteral(" (by default) (from ")
-                                                  : QStringLiteral(" (from "));
-        items += Href(row.From) + HtmlText(row.From) + QStringLiteral("<a>)") + kSmallLineEnd;
-        remembered = row.Attr;
+        if (relations) {
+            AppendHref(items, value);
+            AppendHtmlText(items, value);
+            items += isDefault ? u"<a> (by default) (from " : u"<a> (from ";
+        } else {
+            AppendHtmlText(items, value);
+            items += isDefault ? u" (by default) (from " : u" (from ";
+        }
+        AppendHref(items, row.From);
+        AppendHtmlText(items, row.From);
+        items += u"<a>)";
+        items += kSmallLineEnd;
+        remembered = &row.Attr;
     }
     return items;
+}
+
+// The stamp for this second. The date is shown to the second, and a run writes many pages a
+// second: turning the clock into a local date for each would cost more than a small page.
+QString CurrentStamp()
+{
+    thread_local qint64 second = -1;
+    thread_local QString stamp;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() / 1000;
+    if (now != second) {
+        second = now;
+        stamp = GeneratedStamp(QDateTime::fromSecsSinceEpoch(now));
+    }
+    return stamp;
 }
 
 // A Default compared with True: a Null is no default.
@@ -241,24 +292,15 @@ QString PageHead(const QString &identifier)
 
 QString PageTitleBlock(const QString &identifier)
 {
-    return GeneratedStamp(QDateTime::currentDateTime()) + kCrLf + QStringLiteral("<CENTER><H3>") +
-           HtmlText(identifier) + QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
+    return CurrentStamp() + kCrLf + QStringLiteral("<CENTER><H3>") + HtmlText(identifier) +
+           QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
 }
 
 QString HtmlText(const QString &text)
 {
     QString out;
     out.reserve(text.size());
-    for (const QChar ch : text) {
-        if (ch == u'<')
-            out += QStringLiteral("&lt;");
-        else if (ch == u'>')
-            out += QStringLiteral("&gt;");
-        else if (ch == u'&')
-            out += QStringLiteral("&amp;");
-        else
-            out += ch;
-    }
+    AppendHtmlText(out, text);
     return out;
 }
 
@@ -360,8 +402,7 @@ void WriteConceptPage(ConceptPageSource &source, const QString &identifier, cons
                     msg::Exclamation);
         return;
     }
-    if (QFile::exists(*path))
-        QFile::remove(*path);
+    QFile::remove(*path); // when it is there
 
     TextChannel page(*path);
     page.Print(PageHead(identifier));
@@ -371,10 +412,12 @@ void WriteConceptPage(ConceptPageSource &source, const QString &identifier, cons
         page.Print(QStringLiteral("<strong>Definition</strong>: ") + definition + kCrLf +
                    QStringLiteral("<hr>") + kCrLf);
     if (!IsFixedTopNode(identifier)) {
-        const QString table = BuildConceptStructures(source, identifier, ancestors, descendants,
-                                                     inheritedRelations, inheritedAttributes);
-        if (!table.isEmpty())
-            page.Print(table + kCrLf + QStringLiteral("<hr>") + kCrLf + QStringLiteral("<p></p>"));
+        QString table = BuildConceptStructures(source, identifier, ancestors, descendants,
+                                               inheritedRelations, inheritedAttributes);
+        if (!table.isEmpty()) {
+            table += u"\r\n<hr>\r\n<p></p>";
+            page.Print(table);
+        }
     }
     page.Print(QStringLiteral("</BODY>") + kCrLf + QStringLiteral("</HTML>"));
     page.Close();

@@ -8,10 +8,10 @@
 #include "ontology/edit/inheritance.h"
 
 #include <QHash>
-#include <QSet>
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace lx {
 
@@ -150,6 +150,15 @@ private:
 
 } // namespace
 
+// A concept of the ancestor table below one of its parents there.
+struct TableChild {
+    QString spelling; // as the table holds it
+    int node;
+    size_t row;
+};
+// The children within the ancestor table by parent, each list in the store's order.
+using TableChildren = std::vector<std::pair<int, std::vector<TableChild>>>;
+
 struct WholeOntologySource::Data {
     QStringList concepts;
     std::vector<Node> nodes;
@@ -160,6 +169,13 @@ struct WholeOntologySource::Data {
     std::vector<std::uint32_t> entered;
     std::vector<std::uint32_t> listed;
     std::uint32_t walkNumber = 0;
+    // The concept last asked for: a page asks for the same one many times over, and its two
+    // computations share its ancestors.
+    QString current;
+    int currentNode = -1;
+    std::optional<QStringList> currentAncestors;
+    std::vector<int> currentAncestorNodes; // the node of each of them
+    std::optional<TableChildren> currentTableChildren;
 
     int idOf(const QString &identifier)
     {
@@ -172,14 +188,31 @@ struct WholeOntologySource::Data {
         return int(nodes.size()) - 1;
     }
 
-    const Node *find(const QString &identifier) const
+    // The node of an identifier, -1 for one that is nowhere in the tables read.
+    int lookup(const QString &identifier)
     {
+        if (currentNode >= 0 && identifier == current)
+            return currentNode;
         const auto it = ids.constFind(KeyOf(identifier));
-        return it == ids.cend() ? nullptr : &nodes[size_t(*it)];
+        const int node = it == ids.cend() ? -1 : *it;
+        current = identifier;
+        currentNode = node;
+        currentAncestors.reset();
+        currentTableChildren.reset();
+        return node;
+    }
+
+    const Node *find(const QString &identifier)
+    {
+        const int node = lookup(identifier);
+        return node < 0 ? nullptr : &nodes[size_t(node)];
     }
 
     void read();
-    QStringList walk(const QString &start, std::vector<Link> Node::*links);
+    QStringList walk(int start, std::vector<Link> Node::*links,
+                     std::vector<int> *reached = nullptr);
+    const QStringList &ancestorsOf(const QString &identifier);
+    const TableChildren &tableChildren(const AncestorTable &table);
     void computeInheritance(const QString &identifier, const QString &mode, const QString &include);
 };
 
@@ -232,11 +265,11 @@ void WholeOntologySource::Data::read()
 // concepts, then for each of them in turn what its own walk adds, each concept once, spelt as
 // the link that first reached it. A concept met again while its walk is under way closes a
 // cycle and isn't entered again.
-QStringList WholeOntologySource::Data::walk(const QString &start, std::vector<Link> Node::*links)
+QStringList WholeOntologySource::Data::walk(int start, std::vector<Link> Node::*links,
+                                            std::vector<int> *reached)
 {
     QStringList out;
-    const auto it = ids.constFind(KeyOf(start));
-    if (it == ids.cend())
+    if (start < 0)
         return out;
     const std::uint32_t mark = ++walkNumber;
     struct Frame {
@@ -250,11 +283,13 @@ QStringList WholeOntologySource::Data::walk(const QString &start, std::vector<Li
             if (listed[size_t(link.to)] != mark) {
                 listed[size_t(link.to)] = mark;
                 out << link.spelling;
+                if (reached)
+                    reached->push_back(link.to);
             }
         }
         stack.push_back({node, 0});
     };
-    enter(*it);
+    enter(start);
     while (!stack.empty()) {
         Frame &top = stack.back();
         const std::vector<Link> &next = nodes[size_t(top.node)].*links;
@@ -269,6 +304,47 @@ QStringList WholeOntologySource::Data::walk(const QString &start, std::vector<Li
     return out;
 }
 
+const QStringList &WholeOntologySource::Data::ancestorsOf(const QString &identifier)
+{
+    const int node = lookup(identifier);
+    if (!currentAncestors) {
+        currentAncestorNodes.clear();
+        currentAncestors = walk(node, &Node::parents, &currentAncestorNodes);
+    }
+    return *currentAncestors;
+}
+
+// The engine finds the children within the table from the parents of each row; those of a
+// concept that isn't in CONCEPTS aren't found, as it reads them through a join with it. Row i
+// of the table stands for ancestor i, unless it was left empty.
+const TableChildren &WholeOntologySource::Data::tableChildren(const AncestorTable &table)
+{
+    if (currentTableChildren)
+        return *currentTableChildren;
+    TableChildren children;
+    for (size_t row = 0; row < table.size(); ++row) {
+        if (table[row].Identifier.isEmpty())
+            continue;
+        const int node = currentAncestorNodes[row];
+        if (!nodes[size_t(node)].inConcepts)
+            continue;
+        for (const Link &parent : nodes[size_t(node)].parents) {
+            auto group = std::find_if(children.begin(), children.end(),
+                                      [&](const auto &g) { return g.first == parent.to; });
+            if (group == children.end())
+                group = children.insert(children.end(), {parent.to, {}});
+            group->second.push_back({table[row].Identifier, node, row});
+        }
+    }
+    for (auto &group : children)
+        std::sort(group.second.begin(), group.second.end(),
+                  [](const TableChild &a, const TableChild &b) {
+                      return InStoreOrder(a.spelling, b.spelling);
+                  });
+    currentTableChildren = std::move(children);
+    return *currentTableChildren;
+}
+
 namespace {
 
 // One computation's walk down from the top concept through the ancestor table, by the engine's
@@ -276,32 +352,18 @@ namespace {
 // when it is reached again), a blocking value taking the slot away.
 class MemoryWalk {
 public:
-    using SlotsOf = const SlotPairs &(*)(const Node &);
-
-    MemoryWalk(const std::vector<Node> &nodes, const QHash<QString, int> &ids, const QString &mode,
+    MemoryWalk(const std::vector<Node> &nodes, const TableChildren &children, const QString &mode,
                const QString &include, AncestorTable &table, MemoryInherit &inherit)
-        : m_nodes(nodes), m_ids(ids), m_mode(mode), m_include(include), m_table(table),
-          m_inherit(inherit)
-    {
-        // The parents of a concept that isn't in CONCEPTS aren't found: the engine reads them
-        // through a join with it.
-        for (const AncestorRow &row : m_table) {
-            if (row.Identifier.isEmpty())
-                continue;
-            const Node *node = find(row.Identifier);
-            if (!node || !node->inConcepts)
-                continue;
-            for (const Link &parent : node->parents)
-                m_children[parent.spelling.toCaseFolded()] << row.Identifier;
-        }
-        for (QStringList &children : m_children)
-            std::sort(children.begin(), children.end(), InStoreOrder);
-    }
+        : m_nodes(nodes), m_children(children), m_mode(mode), m_include(include), m_table(table),
+          m_inherit(inherit),
+          m_emptyRow(std::any_of(table.begin(), table.end(),
+                                 [](const AncestorRow &r) { return r.Identifier.isEmpty(); }))
+    {}
 
-    void walk(const QString &parent)
+    void walk(int top)
     {
-        m_path.insert(parent.toCaseFolded());
-        walkBelow(parent);
+        m_path.push_back(top);
+        walkBelow(top);
     }
 
     // What a slot of `owner` does to the rows inherited so far, before the slot itself is
@@ -320,33 +382,34 @@ public:
     }
 
 private:
-    const Node *find(const QString &identifier) const
-    {
-        const auto it = m_ids.constFind(KeyOf(identifier));
-        return it == m_ids.cend() ? nullptr : &m_nodes[size_t(*it)];
-    }
+    // The table's rows are distinct concepts, so a row is found by its place, and it is
+    // all visited when no row is empty and each was marked once.
+    bool allVisited() const { return !m_emptyRow && m_visited == m_table.size(); }
 
-    void walkBelow(const QString &parent)
+    void walkBelow(int parent)
     {
-        if (AllVisited(m_table))
+        if (allVisited())
             return;
-        const QStringList children = m_children.value(parent.toCaseFolded());
-        for (const QString &child : children) {
-            if (!IsInAncestorTable(child, m_table))
-                continue;
-            const Node *node = find(child);
-            if (node && (m_include == kIncludeAll || m_include == kIncludeRels))
-                apply(child, node->relationPairs);
-            if (node && (m_include == kIncludeAll || m_include == kIncludeAttrs))
-                apply(child, node->attributePairs);
-            MarkVisited(child, m_table);
+        const auto group = std::find_if(m_children.begin(), m_children.end(),
+                                        [&](const auto &g) { return g.first == parent; });
+        if (group == m_children.end())
+            return;
+        for (const TableChild &child : group->second) {
+            const Node &node = m_nodes[size_t(child.node)];
+            if (m_include == kIncludeAll || m_include == kIncludeRels)
+                apply(child.spelling, node.relationPairs);
+            if (m_include == kIncludeAll || m_include == kIncludeAttrs)
+                apply(child.spelling, node.attributePairs);
+            if (!m_table[child.row].Visited) {
+                m_table[child.row].Visited = true;
+                ++m_visited;
+            }
             // A child already on the way down closes a cycle in ISA.
-            const QString key = child.toCaseFolded();
-            if (m_path.contains(key))
+            if (std::find(m_path.begin(), m_path.end(), child.node) != m_path.end())
                 continue;
-            m_path.insert(key);
-            walkBelow(child);
-            m_path.remove(key);
+            m_path.push_back(child.node);
+            walkBelow(child.node);
+            m_path.pop_back();
         }
     }
 
@@ -360,13 +423,14 @@ private:
     }
 
     const std::vector<Node> &m_nodes;
-    const QHash<QString, int> &m_ids;
+    const TableChildren &m_children;
     const QString m_mode;
     const QString m_include;
     AncestorTable &m_table;
     MemoryInherit &m_inherit;
-    QHash<QString, QStringList> m_children; // by the case-folded parent
-    QSet<QString> m_path;                   // case-folded concepts the walk is below
+    const bool m_emptyRow;
+    size_t m_visited = 0;
+    std::vector<int> m_path; // the concepts the walk is below
 };
 
 } // namespace
@@ -374,14 +438,16 @@ private:
 void WholeOntologySource::Data::computeInheritance(const QString &identifier, const QString &mode,
                                                    const QString &include)
 {
-    const QStringList found = walk(identifier, &Node::parents);
+    const QStringList &found = ancestorsOf(identifier);
     // The top concept and its direct children: nothing is computed, and the rows of the last
     // computation stay.
     if (found.size() - 1 < 1)
         return;
     AncestorTable table = MakeAncestorTable(found);
     inherit.clear();
-    MemoryWalk(nodes, ids, mode, include, table, inherit).walk(Process().TopConcept);
+    const auto top = ids.constFind(KeyOf(Process().TopConcept));
+    if (top != ids.cend())
+        MemoryWalk(nodes, tableChildren(table), mode, include, table, inherit).walk(*top);
     // The concept's own slots take effect whatever the include code says.
     if (const Node *node = find(identifier)) {
         for (const SlotPairs *pairs : {&node->relationPairs, &node->attributePairs}) {
@@ -431,12 +497,12 @@ QStringList WholeOntologySource::children(const QString &identifier)
 
 QStringList WholeOntologySource::descendants(const QString &identifier)
 {
-    return d->walk(identifier, &Node::children);
+    return d->walk(d->lookup(identifier), &Node::children);
 }
 
 QStringList WholeOntologySource::ancestors(const QString &identifier)
 {
-    return d->walk(identifier, &Node::parents);
+    return d->ancestorsOf(identifier);
 }
 
 std::vector<PageSlot> WholeOntologySource::relations(const QString &identifier)
