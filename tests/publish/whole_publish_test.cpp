@@ -85,8 +85,9 @@ QMap<QString, QByteArray> ExpectPublishIsPageByPage(const QString &root)
 
 // A generated ontology with what makes the engine and the walks take care: several parents,
 // a cycle, blocked and default slots, a blocking value given as a default, a slot repeated
-// under names equal but for case, values Inherit refuses (too long, Null), orphans, fixed top
-// nodes, and names, notes and subsets that the pages don't show.
+// under names equal but for case, links that spell a concept in another case, values Inherit
+// refuses (too long, Null), orphans, fixed top nodes, and names, notes and subsets that the
+// pages don't show.
 class GeneratedOntologyTest : public ConceptPageTest {
 protected:
     void SetUp() override
@@ -151,6 +152,12 @@ protected:
         isa(S("LOOP-A"), S("LOOP-B"));
         attribute(S("LOOP-B"), S("SIZE"), S("big"));
         isa(S("LOOP-C"), S("LOOP-B"));
+        // Links that spell a concept in another case than CONCEPTS does.
+        isa(S("MIXED"), S("C-4"));
+        addRow(S("ISA"), {{u"Concept", S("mixed")}, {u"ISA", S("c-8")}});
+        isa(S("ÁRBOL"), S("C-2"));
+        addRow(S("ISA"), {{u"Concept", S("árbol")}, {u"ISA", S("C-6")}});
+        relation(S("C-8"), S("HAS-PART"), S("ÁRBOL"));
         define(S("ORPHAN"), S("Nobody's child."));
         isa(S("ORPHAN-CHILD"), S("ORPHAN"));
         attribute(S("ORPHAN"), S("SIZE"), S("tiny"));
@@ -181,6 +188,7 @@ TEST_F(GeneratedOntologyTest, PublishedPagesAreThePagesWrittenOneByOne)
     EXPECT_TRUE(cased.contains(R"(<small><a href = "has-part.html">has-part</a> : )") &&
                 cased.contains(R"(<small><a href = "HAS-PART.html">HAS-PART</a> : )"));
     EXPECT_TRUE(pages.value(S("LOOP-C.html")).contains("big"));
+    EXPECT_TRUE(pages.value(S("C-8.html")).contains(R"(<a href = "mixed.html">mixed </a>)"));
     bool blockedSomewhere = false;
     for (const QByteArray &page : pages)
         blockedSomewhere = blockedSomewhere || page.contains("*NOTHING*.html\">*NOTHING*</a>");
