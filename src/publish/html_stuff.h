@@ -8,8 +8,9 @@
 #include <vector>
 
 // Static HTML pages of the open ontology's concepts. Pages link to each other by file name
-// alone, so a folder of them is a small self-contained web site. A page is built from the
-// database each time it is written; nothing is cached.
+// alone, so a folder of them is a small self-contained web site. A page shows the database as
+// it is when the page is written: a page on its own asks the store, and a run over the whole
+// ontology reads it once as it starts, nothing else writing to it until the run ends.
 namespace lx {
 
 struct InheritRow;

@@ -2,7 +2,6 @@
 
 #include "core/process.h"
 #include "core/store/database.h"
-#include "core/store/errors.h"
 #include "core/text/collation.h"
 #include "core/text/unicode.h"
 #include "ontology/edit/inheritance.h"
@@ -148,8 +147,6 @@ private:
     bool m_changed = false;
 };
 
-} // namespace
-
 // A concept of the ancestor table below one of its parents there.
 struct TableChild {
     QString spelling; // as the table holds it
@@ -158,6 +155,8 @@ struct TableChild {
 };
 // The children within the ancestor table by parent, each list in the store's order.
 using TableChildren = std::vector<std::pair<int, std::vector<TableChild>>>;
+
+} // namespace
 
 struct WholeOntologySource::Data {
     QStringList concepts;
