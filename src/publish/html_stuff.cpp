@@ -34,32 +34,52 @@ const QStringList kFixedTopNodes = {
     QStringLiteral("MENTAL-EVENT"),  QStringLiteral("SOCIAL-EVENT"),
 };
 
+// Appends `text` as HtmlText gives it. Pages are built by appending into one string, as a
+// whole publish writes some hundred thousand items.
+void AppendHtmlText(QString &out, QStringView text)
+{
+    qsizetype plain = 0; // start of the run not yet appended
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t ch = text[i].unicode();
+        if (ch != u'<' && ch != u'>' && ch != u'&')
+            continue;
+        out += text.sliced(plain, i - plain);
+        out += ch == u'<' ? u"&lt;" : ch == u'>' ? u"&gt;" : u"&amp;";
+        plain = i + 1;
+    }
+    out += text.sliced(plain);
+}
+
 // The opening of a link to a concept's page. The target stands as it is, unencoded: pages are
 // named by their identifier alone.
-QString Href(const QString &target)
+void AppendHref(QString &out, const QString &target)
 {
-    return QStringLiteral("<a href = ") + Q + target + QStringLiteral(".") +
-           QStringLiteral("html") + Q + QStringLiteral(">");
+    out += u"<a href = \"";
+    out += target;
+    out += u".html\">";
 }
 
-QString ConceptItem(const QString &identifier)
+void AppendConceptItem(QString &items, const QString &identifier)
 {
-    return QStringLiteral("<small><a href = ") + Q + identifier + QStringLiteral(".") +
-           QStringLiteral("html") + Q + QStringLiteral(">") + HtmlText(identifier) +
-           QStringLiteral(" </a> </small><br>");
+    items += u"<small>";
+    AppendHref(items, identifier);
+    AppendHtmlText(items, identifier);
+    items += u" </a> </small><br>";
 }
 
-QString SlotLineEnd(const QVariant &isDefault)
+const QString &SlotLineEnd(bool isDefault)
 {
-    // Compared with True: a Null is no default.
-    return !isDefault.isNull() && isDefault.toBool() ? kDefaultLineEnd : kSmallLineEnd;
+    return isDefault ? kDefaultLineEnd : kSmallLineEnd;
 }
 
 // Appends a row when it has items; a row without items isn't written at all.
 void AddRow(QString &table, const QString &opening, const QString &items)
 {
-    if (!items.isEmpty())
-        table += opening + items + kRowEnd;
+    if (items.isEmpty())
+        return;
+    table += opening;
+    table += items;
+    table += kRowEnd;
 }
 
 // The query with the identifier between quotes, unescaped, as every criterion stands.
@@ -70,21 +90,11 @@ Recordset Snapshot(const QString &select, const QString &identifier, const QStri
                                           store::dbOpenSnapshot);
 }
 
-QString ParentItems(const QString &identifier)
-{
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ISA WHERE Concept = "), identifier,
-                            QStringLiteral(" ORDER BY ISA"));
-    QString items;
-    for (; !rs.Eof(); rs.MoveNext())
-        items += ConceptItem(rs.Value(u"ISA").toString());
-    return items;
-}
-
 QString ListItems(const QStringList &list)
 {
     QString items;
     for (const QString &identifier : list)
-        items += ConceptItem(identifier);
+        AppendConceptItem(items, identifier);
     return items;
 }
 
@@ -96,85 +106,177 @@ QString SortedUniqueItems(QStringList list)
     for (qsizetype i = 0; i < list.size(); ++i) {
         // Sorted, a repeat follows its first: looking back one entry is the test for "seen".
         if (i == 0 || list[i] != list[i - 1])
-            items += ConceptItem(list[i]);
+            AppendConceptItem(items, list[i]);
     }
     return items;
 }
 
-QString RelationItems(const QString &identifier)
+QString RelationItems(const std::vector<PageSlot> &relations)
 {
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = "), identifier,
-                            QStringLiteral(" ORDER BY Rel"));
     QString items;
-    QString remembered;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const QString rel = rs.Value(u"Rel").toString();
-        const QString filler = rs.Value(u"Concept2").toString();
-        if (rel != remembered)
-            items += QStringLiteral("<small>") + Href(rel) + HtmlText(rel) +
-                     QStringLiteral("</a>") + QStringLiteral(" : ") + Href(filler) +
-                     HtmlText(filler) + QStringLiteral("</a>");
-        else
-            items += kIndent + Href(filler) + HtmlText(filler) + QStringLiteral("</a>");
-        items += SlotLineEnd(rs.Value(u"Default"));
-        remembered = rel;
+    const QString *remembered = nullptr;
+    for (const PageSlot &slot : relations) {
+        if (!remembered || slot.Name != *remembered) {
+            items += u"<small>";
+            AppendHref(items, slot.Name);
+            AppendHtmlText(items, slot.Name);
+            items += u"</a> : ";
+        } else {
+            items += kIndent;
+        }
+        AppendHref(items, slot.Value);
+        AppendHtmlText(items, slot.Value);
+        items += u"</a>";
+        items += SlotLineEnd(slot.Default);
+        remembered = &slot.Name;
     }
     return items;
 }
 
 // The name of an attribute is written on every line, repeated or not: the indented form of a
 // repeat is never used for attributes.
-QString AttributeItems(const QString &identifier)
+QString AttributeItems(const std::vector<PageSlot> &attributes)
 {
-    Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = "), identifier,
-                            QStringLiteral(" ORDER BY Attribute"));
     QString items;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        const QString attribute = rs.Value(u"Attribute").toString();
-        items += QStringLiteral("<small>") + Href(attribute) + HtmlText(attribute) +
-                 QStringLiteral("</a>") + QStringLiteral(" : ") +
-                 HtmlText(rs.Value(u"Value").toString()) + SlotLineEnd(rs.Value(u"Default"));
+    for (const PageSlot &slot : attributes) {
+        items += u"<small>";
+        AppendHref(items, slot.Name);
+        AppendHtmlText(items, slot.Name);
+        items += u"</a> : ";
+        AppendHtmlText(items, slot.Value);
+        items += SlotLineEnd(slot.Default);
     }
     return items;
 }
 
 // The rows that the concept inherits, as the engine leaves them in Inherit. Links in these
 // rows close with "<a>".
-QString InheritedItems(const QString &identifier, const QString &include)
+QString InheritedItems(const std::vector<InheritRow> &rows, bool relations)
 {
-    ComputeInheritance(identifier, kExclusive, include);
-    const bool relations = include == kIncludeRels;
     QString items;
-    QString remembered;
-    for (const InheritRow &row : InheritRows()) {
-        if (row.Attr != remembered)
-            items += QStringLiteral("<small>") + Href(row.Attr) + HtmlText(row.Attr) +
-                     QStringLiteral("<a> ") + QStringLiteral(" : ");
-        else
+    const QString *remembered = nullptr;
+    for (const InheritRow &row : rows) {
+        if (!remembered || row.Attr != *remembered) {
+            items += u"<small>";
+            AppendHref(items, row.Attr);
+            AppendHtmlText(items, row.Attr);
+            items += u"<a>  : ";
+        } else {
             items += kIndent;
+        }
         const bool isDefault = row.Value.endsWith(kByDefault);
         const QString value = isDefault ? row.Value.chopped(kByDefault.size()) : row.Value;
-        if (relations)
-            items += Href(value) + HtmlText(value) +
-                     (isDefault ? QStringLiteral("<a> (by default) (from ")
-                                : QStringLiteral("<a> (from "));
-        else
-            items += HtmlText(value) + (isDefault ? QStringLiteral(" (by default) (from ")
-                                                  : QStringLiteral(" (from "));
-        items += Href(row.From) + HtmlText(row.From) + QStringLiteral("<a>)") + kSmallLineEnd;
-        remembered = row.Attr;
+        if (relations) {
+            AppendHref(items, value);
+            AppendHtmlText(items, value);
+            items += isDefault ? u"<a> (by default) (from " : u"<a> (from ";
+        } else {
+            AppendHtmlText(items, value);
+            items += isDefault ? u" (by default) (from " : u" (from ";
+        }
+        AppendHref(items, row.From);
+        AppendHtmlText(items, row.From);
+        items += u"<a>)";
+        items += kSmallLineEnd;
+        remembered = &row.Attr;
     }
     return items;
 }
 
-// The concept's definition, or nothing when it has none or isn't there.
-QString StoredDefinition(const QString &identifier)
+// The stamp for this second. The date is shown to the second, and a run writes many pages a
+// second: turning the clock into a local date for each would cost more than a small page.
+QString CurrentStamp()
 {
-    Recordset rs = Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
-    rs.SetIndex(QStringLiteral("Concept"));
-    rs.Seek(u"=", identifier);
-    return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
+    thread_local qint64 second = -1;
+    thread_local QString stamp;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() / 1000;
+    if (now != second) {
+        second = now;
+        stamp = GeneratedStamp(QDateTime::fromSecsSinceEpoch(now));
+    }
+    return stamp;
 }
+
+// A Default compared with True: a Null is no default.
+bool IsDefault(const QVariant &field)
+{
+    return !field.isNull() && field.toBool();
+}
+
+std::vector<PageSlot> StoredSlots(const QString &select, const QString &identifier,
+                                  const QString &orderBy, QStringView nameField,
+                                  QStringView valueField)
+{
+    Recordset rs = Snapshot(select, identifier, orderBy);
+    std::vector<PageSlot> slots;
+    for (; !rs.Eof(); rs.MoveNext())
+        slots.push_back({rs.Value(nameField).toString(), rs.Value(valueField).toString(),
+                         IsDefault(rs.Value(u"Default"))});
+    return slots;
+}
+
+// Each piece read from the open ontology when it is asked for, the inherited rows by the
+// inheritance engine itself.
+class StorePageSource final : public ConceptPageSource {
+public:
+    QString definition(const QString &identifier) override
+    {
+        Recordset rs =
+            Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenTable);
+        rs.SetIndex(QStringLiteral("Concept"));
+        rs.Seek(u"=", identifier);
+        return rs.NoMatch() ? QString() : rs.Value(u"definition").toString();
+    }
+
+    QStringList parents(const QString &identifier) override
+    {
+        Recordset rs = Snapshot(QStringLiteral("SELECT * FROM ISA WHERE Concept = "), identifier,
+                                QStringLiteral(" ORDER BY ISA"));
+        QStringList found;
+        for (; !rs.Eof(); rs.MoveNext())
+            found << rs.Value(u"ISA").toString();
+        return found;
+    }
+
+    QStringList children(const QString &identifier) override
+    {
+        QStringList found;
+        GetChildren(identifier, found);
+        return found;
+    }
+
+    QStringList descendants(const QString &identifier) override
+    {
+        QStringList found;
+        GetDescendants(identifier, found);
+        return found;
+    }
+
+    QStringList ancestors(const QString &identifier) override
+    {
+        QStringList found;
+        GetAncestors(identifier, found);
+        return found;
+    }
+
+    std::vector<PageSlot> relations(const QString &identifier) override
+    {
+        return StoredSlots(QStringLiteral("SELECT * FROM RELATIONS WHERE Concept1 = "), identifier,
+                           QStringLiteral(" ORDER BY Rel"), u"Rel", u"Concept2");
+    }
+
+    std::vector<PageSlot> attributes(const QString &identifier) override
+    {
+        return StoredSlots(QStringLiteral("SELECT * FROM ATTRIBUTES WHERE Concept = "), identifier,
+                           QStringLiteral(" ORDER BY Attribute"), u"Attribute", u"Value");
+    }
+
+    std::vector<InheritRow> inherited(const QString &identifier, const QString &include) override
+    {
+        ComputeInheritance(identifier, kExclusive, include);
+        return InheritRows();
+    }
+};
 
 } // namespace
 
@@ -190,24 +292,15 @@ QString PageHead(const QString &identifier)
 
 QString PageTitleBlock(const QString &identifier)
 {
-    return GeneratedStamp(QDateTime::currentDateTime()) + kCrLf + QStringLiteral("<CENTER><H3>") +
-           HtmlText(identifier) + QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
+    return CurrentStamp() + kCrLf + QStringLiteral("<CENTER><H3>") + HtmlText(identifier) +
+           QStringLiteral("</CENTER></H3>") + kCrLf + QStringLiteral("<hr>");
 }
 
 QString HtmlText(const QString &text)
 {
     QString out;
     out.reserve(text.size());
-    for (const QChar ch : text) {
-        if (ch == u'<')
-            out += QStringLiteral("&lt;");
-        else if (ch == u'>')
-            out += QStringLiteral("&gt;");
-        else if (ch == u'&')
-            out += QStringLiteral("&amp;");
-        else
-            out += ch;
-    }
+    AppendHtmlText(out, text);
     return out;
 }
 
@@ -247,44 +340,58 @@ QString BuildConceptStructures(const QString &identifier, bool ancestors, bool d
     // The inheritance engine writes Inherit row by row: in one transaction, the rows of a
     // table cost one commit instead of one each.
     const store::WriteBatch batch(Process().OntoDB);
+    StorePageSource source;
+    return BuildConceptStructures(source, identifier, ancestors, descendants, inheritedRelations,
+                                  inheritedAttributes);
+}
+
+QString BuildConceptStructures(ConceptPageSource &source, const QString &identifier, bool ancestors,
+                               bool descendants, bool inheritedRelations, bool inheritedAttributes)
+{
     QString table = QStringLiteral("<p></p><table border=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" cellpadding=") + Q + QStringLiteral("2") + Q +
                     QStringLiteral(" > <tr><td colspan= ") + Q + QStringLiteral("2") + Q +
                     QStringLiteral("><center><strong> Conceptual Structures ") +
                     QStringLiteral("</strong></center> </td></tr>");
 
-    const QString parents = ParentItems(identifier);
+    const QString parents = ListItems(source.parents(identifier));
     if (!parents.isEmpty()) {
         AddRow(table, QStringLiteral("<tr><td><strong>ISA</strong></td><td>"), parents);
         // Only a concept with parents gets its SUBCLASSES row.
-        QStringList children;
-        if (GetChildren(identifier, children) > 0)
-            AddRow(table, QStringLiteral("<tr><td><strong>SUBCLASSES</strong></td><td>"),
-                   ListItems(children));
+        AddRow(table, QStringLiteral("<tr><td><strong>SUBCLASSES</strong></td><td>"),
+               ListItems(source.children(identifier)));
     }
-    QStringList found;
-    if (descendants && GetDescendants(identifier, found) > 0)
+    if (descendants)
         AddRow(table, QStringLiteral("<tr><td><strong>DESCENDANTS</strong></td><td>"),
-               SortedUniqueItems(found));
-    found.clear();
-    if (ancestors && GetAncestors(identifier, found) > 0)
+               SortedUniqueItems(source.descendants(identifier)));
+    if (ancestors)
         AddRow(table, QStringLiteral("<tr><td><strong>ANCESTORS</strong></td><td>"),
-               SortedUniqueItems(found));
+               SortedUniqueItems(source.ancestors(identifier)));
     AddRow(table, QStringLiteral("<tr><td><strong>RELATIONS</strong></td><td>"),
-           RelationItems(identifier));
+           RelationItems(source.relations(identifier)));
     AddRow(table, QStringLiteral("<tr><td><strong>ATTRIBUTES</strong></td><td>"),
-           AttributeItems(identifier));
+           AttributeItems(source.attributes(identifier)));
     if (inheritedRelations)
         AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>RELATIONS</strong></td><td>"),
-               InheritedItems(identifier, kIncludeRels));
+               InheritedItems(source.inherited(identifier, kIncludeRels), true));
     if (inheritedAttributes)
         AddRow(table, QStringLiteral("<tr><td><strong>INHERITED<br>ATTRIBUTES</strong></td><td>"),
-               InheritedItems(identifier, kIncludeAttrs));
+               InheritedItems(source.inherited(identifier, kIncludeAttrs), false));
     return table + QStringLiteral("</table><p></p>");
 }
 
 void WriteConceptPage(const QString &identifier, const QString &folder, bool ancestors,
                       bool descendants, bool inheritedRelations, bool inheritedAttributes)
+{
+    const store::WriteBatch batch(Process().OntoDB);
+    StorePageSource source;
+    WriteConceptPage(source, identifier, folder, ancestors, descendants, inheritedRelations,
+                     inheritedAttributes);
+}
+
+void WriteConceptPage(ConceptPageSource &source, const QString &identifier, const QString &folder,
+                      bool ancestors, bool descendants, bool inheritedRelations,
+                      bool inheritedAttributes)
 {
     const std::optional<QString> path = ConceptPagePath(identifier, folder);
     if (!path) {
@@ -295,21 +402,22 @@ void WriteConceptPage(const QString &identifier, const QString &folder, bool anc
                     msg::Exclamation);
         return;
     }
-    if (QFile::exists(*path))
-        QFile::remove(*path);
+    QFile::remove(*path); // when it is there
 
     TextChannel page(*path);
     page.Print(PageHead(identifier));
     page.Print(PageTitleBlock(identifier));
-    const QString definition = StoredDefinition(identifier);
+    const QString definition = source.definition(identifier);
     if (!definition.isEmpty())
         page.Print(QStringLiteral("<strong>Definition</strong>: ") + definition + kCrLf +
                    QStringLiteral("<hr>") + kCrLf);
     if (!IsFixedTopNode(identifier)) {
-        const QString table = BuildConceptStructures(identifier, ancestors, descendants,
-                                                     inheritedRelations, inheritedAttributes);
-        if (!table.isEmpty())
-            page.Print(table + kCrLf + QStringLiteral("<hr>") + kCrLf + QStringLiteral("<p></p>"));
+        QString table = BuildConceptStructures(source, identifier, ancestors, descendants,
+                                               inheritedRelations, inheritedAttributes);
+        if (!table.isEmpty()) {
+            table += u"\r\n<hr>\r\n<p></p>";
+            page.Print(table);
+        }
     }
     page.Print(QStringLiteral("</BODY>") + kCrLf + QStringLiteral("</HTML>"));
     page.Close();

@@ -1,10 +1,8 @@
 #include "publish/ontology_site.h"
 
-#include "core/process.h"
-#include "core/store/database.h"
-#include "ontology/edit/inheritance.h"
 #include "publish/html_stuff.h"
 #include "publish/text_channel.h"
+#include "publish/whole_ontology_source.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,10 +14,6 @@ namespace {
 
 const QString Q = QStringLiteral("\"");
 const QString kCrLf = QStringLiteral("\r\n");
-
-// Pages written between two commits of the scratch rows that the inherited sections leave
-// behind: one commit per page would cost more than the page.
-constexpr int kPagesPerBatch = 200;
 
 bool SameFolder(const QString &a, const QString &b)
 {
@@ -131,23 +125,16 @@ int PublishWholeOntology(const QString &folder, const QString &siteName,
     index.Print(IndexHead(siteName));
     index.Print(IndexStamp(QDateTime::currentDateTime()));
 
-    // Nothing but the scratch rows of Inherit is written during the run, so what the
-    // inheritance engine reads of the ontology holds from one page to the next.
-    const InheritanceReadCache reads;
-    store::Recordset rs =
-        Process().OntoDB.OpenRecordset(QStringLiteral("CONCEPTS"), store::dbOpenSnapshot);
-    const int total = int(rs.RecordCount());
+    // Nothing but the pages is written during the run, so the ontology is read once, whole,
+    // and every page is built from memory; Inherit is left as page after page would leave it.
+    WholeOntologySource source;
+    const QStringList &concepts = source.concepts();
+    const int total = int(concepts.size());
     if (progress)
         progress(0, total);
     int done = 0;
-    std::optional<store::WriteBatch> batch;
-    for (; !rs.Eof(); rs.MoveNext()) {
-        if (done % kPagesPerBatch == 0) {
-            batch.reset();
-            batch.emplace(Process().OntoDB);
-        }
-        const QString identifier = rs.Value(u"Concept").toString();
-        WriteConceptPage(identifier, folder, true, true, true, true);
+    for (const QString &identifier : concepts) {
+        WriteConceptPage(source, identifier, folder, true, true, true, true);
         // A concept whose page can't be written (its identifier would lead out of the folder)
         // gets no entry either: the index links to pages that are there.
         if (ConceptPagePath(identifier, folder))
@@ -156,8 +143,7 @@ int PublishWholeOntology(const QString &folder, const QString &siteName,
         if (progress)
             progress(done, total);
     }
-    batch.reset();
-    rs.Close();
+    source.storeInherit();
     index.Print(IndexTail());
     index.Close();
 

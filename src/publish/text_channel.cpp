@@ -31,14 +31,32 @@ char CodeOf(char32_t ch)
     throw store::StoreError(PathFileAccessError, QStringLiteral("Path/File access error"));
 }
 
+// Appends the text in the code page: one byte for each character, a surrogate pair being one.
+void AppendCodePage(QByteArray &bytes, QStringView text)
+{
+    const qsizetype start = bytes.size();
+    bytes.resize(start + text.size());
+    char *out = bytes.data() + start;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t ch = text[i].unicode();
+        if (ch < 0x80) {
+            *out++ = char(ch);
+            continue;
+        }
+        if (QChar::isHighSurrogate(ch) && i + 1 < text.size() &&
+            QChar::isLowSurrogate(text[i + 1].unicode()))
+            ++i; // no character past the first plane is in the code page
+        *out++ = CodeOf(ch);
+    }
+    bytes.truncate(out - bytes.data());
+}
+
 } // namespace
 
 QByteArray ToCodePage(QStringView text)
 {
     QByteArray bytes;
-    bytes.reserve(text.size());
-    for (char32_t ch : text.toUcs4())
-        bytes.append(CodeOf(ch));
+    AppendCodePage(bytes, text);
     return bytes;
 }
 
@@ -90,7 +108,7 @@ TextChannel::~TextChannel()
 
 void TextChannel::Print(QStringView chunk)
 {
-    m_pending += ToCodePage(chunk);
+    AppendCodePage(m_pending, chunk);
     m_pending += "\r\n";
 }
 
