@@ -129,10 +129,14 @@ void frmImport::cmdOpenFile_Click()
     request.filterIndex = 1;
     request.initialDir = OntologiesFolder();
     const std::optional<QString> file = UI().GetOpenFileName(request);
-    if (!file)
-        return;
-    Import.FileName = *file;
-    txtImportFile->setText(*file);
+    if (file)
+        SetImportFile(*file);
+}
+
+void frmImport::SetImportFile(const QString &file)
+{
+    Import.FileName = file;
+    txtImportFile->setText(file);
     cmdCheckFile->setEnabled(true);
 }
 

@@ -24,6 +24,8 @@ public:
     frmImport();
 
     void cmdOpenFile_Click();
+    // The file to import, as if chosen with "Open File" (a file given to the program at start).
+    void SetImportFile(const QString &file);
     void cmdCheckFile_Click();
     void cmdImport_Click();
     void cmdSaveLog_Click();

@@ -71,6 +71,8 @@ public:
     void mnuFileClose_Click();
     // The import dialog, modal; the list and the view are read again when it closes.
     void mnuFileImport_Click();
+    // The import dialog with `file` chosen already; an empty `file` leaves the choice to the user.
+    void ImportFile(const QString &file);
     void mnuFileProperties_Click();
     void mnuFileExit_Click();
     void mnuEditCopy_Click();

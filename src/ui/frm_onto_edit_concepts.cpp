@@ -144,7 +144,14 @@ void frmOntoEdit::mnuConceptDelete_Click()
 
 void frmOntoEdit::mnuFileImport_Click()
 {
+    ImportFile(QString());
+}
+
+void frmOntoEdit::ImportFile(const QString &file)
+{
     auto &dialog = Forms().Load<frmImport>();
+    if (!file.isEmpty())
+        dialog.SetImportFile(file);
     UI().ShowModal(&dialog);
     Forms().Unload(&dialog);
     InitRSListConcepts(*this);

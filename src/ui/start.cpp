@@ -27,6 +27,19 @@ void OpenTermbaseAtStart(frmOntoEdit &main, const QString &path)
     OpenNamedTermbase(Forms().Get<frmTBEDitor>(), path);
 }
 
+// An export file goes into an ontology, and none is open yet: the user may make a new one for
+// it, as "New" makes one, and import the file there.
+void ImportAtStart(frmOntoEdit &main, const QString &path)
+{
+    if (UI().MsgBox(QStringLiteral("Import ") + QFileInfo(path).fileName() +
+                        QStringLiteral(" into a new ontology?"),
+                    msg::Question | msg::YesNo) != msg::Yes)
+        return;
+    NewOntology(main);
+    if (!Process().OntoPath.isEmpty())
+        main.ImportFile(path);
+}
+
 } // namespace
 
 void Main(std::chrono::milliseconds splashInterval, const QStringList &arguments)
@@ -40,7 +53,8 @@ void Main(std::chrono::milliseconds splashInterval, const QStringList &arguments
     EnsureSeedFile(); // without it, making an ontology fails later with the store's error
     main.show();
     // The first file named on the command line (a double click on it) opens: an ontology as if
-    // dropped, a termbase in its editor under its working ontology.
+    // dropped, a termbase in its editor under its working ontology, an export file into a new
+    // ontology.
     for (const QString &argument : arguments) {
         const QString path = QFileInfo(argument).absoluteFilePath();
         if (argument.endsWith(QLatin1String(".ont"), Qt::CaseInsensitive)) {
@@ -49,6 +63,10 @@ void Main(std::chrono::milliseconds splashInterval, const QStringList &arguments
         }
         if (argument.endsWith(QLatin1String(".ltb"), Qt::CaseInsensitive)) {
             OpenTermbaseAtStart(main, path);
+            break;
+        }
+        if (argument.endsWith(QLatin1String(".oxp"), Qt::CaseInsensitive)) {
+            ImportAtStart(main, path);
             break;
         }
     }

@@ -1,4 +1,5 @@
 #include "open_ontology_fixture.h"
+#include "ui/frm_import.h"
 #include "ui/frm_onto_edit.h"
 #include "ui/frm_splash.h"
 #include "ui/frm_tb_editor.h"
@@ -157,9 +158,9 @@ TEST_F(StartTest, AFolderThatCantBeMadeEndsTheStart)
     EXPECT_TRUE(QDir(home.filePath(QStringLiteral("Ontologies"))).exists());
 }
 
-// A termbase "Bird terms" made under the sample ontology "Birds", both closed again, as a file
-// given to the program at start.
-class StartWithTermbase : public lx::test::OpenOntologyTest {
+// Files given to the program at start; makeTermbase leaves a termbase "Bird terms" made under the
+// sample ontology "Birds", both closed again.
+class StartWithFile : public lx::test::OpenOntologyTest {
 protected:
     QString makeTermbase()
     {
@@ -183,7 +184,7 @@ protected:
     QString birds;
 };
 
-TEST_F(StartWithTermbase, ATermbaseOpensInItsEditorUnderItsWorkingOntology)
+TEST_F(StartWithFile, ATermbaseOpensInItsEditorUnderItsWorkingOntology)
 {
     const QString termbase = makeTermbase();
     lx::ui::Main(frmSplash::DefaultInterval, {termbase, QStringLiteral("other.ont")});
@@ -196,7 +197,7 @@ TEST_F(StartWithTermbase, ATermbaseOpensInItsEditorUnderItsWorkingOntology)
     EXPECT_TRUE(editor->isVisible());
 }
 
-TEST_F(StartWithTermbase, ATermbaseThatCantBeReadSaysWhyAndOpensNothing)
+TEST_F(StartWithFile, ATermbaseThatCantBeReadSaysWhyAndOpensNothing)
 {
     const QString gone = home.filePath(QStringLiteral("gone.ltb"));
     user.answerMsgBox(lx::msg::OK);
@@ -217,6 +218,36 @@ TEST_F(StartWithTermbase, ATermbaseThatCantBeReadSaysWhyAndOpensNothing)
     lx::ui::Main(frmSplash::DefaultInterval, {text});
     EXPECT_EQ(user.calls().last().text, QStringLiteral("Not an Lexarbor termbase - ") + text);
     EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+}
+
+TEST_F(StartWithFile, AnExportFileIsImportedIntoANewOntologyWhenTheUserWishes)
+{
+    const QString exported = home.filePath(QStringLiteral("birds.oxp"));
+    QFile file(exported);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+
+    user.answerMsgBox(lx::msg::No);
+    lx::ui::Main(frmSplash::DefaultInterval, {exported});
+    EXPECT_EQ(user.calls().last().text, QStringLiteral("Import birds.oxp into a new ontology?"));
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+
+    const QString made = ontology(QStringLiteral("birds"));
+    QString chosen;
+    user.answerMsgBox(lx::msg::Yes)
+        .answerSaveFile(made)
+        .onModal(nameIt(QStringLiteral("Birds")))
+        .answerMsgBox(lx::msg::OK)
+        .onModal([&](QWidget *dialog) {
+            auto *import = qobject_cast<lx::ui::frmImport *>(dialog);
+            ASSERT_NE(import, nullptr);
+            chosen = import->txtImportFile->text();
+            EXPECT_TRUE(import->cmdCheckFile->isEnabled());
+            import->cmdClose->click();
+        });
+    lx::ui::Main(frmSplash::DefaultInterval, {exported});
+    EXPECT_EQ(lx::Process().OntoPath, made);
+    EXPECT_EQ(chosen, exported);
 }
 
 } // namespace
