@@ -1,0 +1,300 @@
+#include "../edit/termbase_edit_fixture.h"
+#include "ontology/edit/concept_view.h"
+#include "ontology/store/lookups.h"
+#include "support/scripted_user.h"
+#include "termbase/exchange/tbx_import.h"
+
+#include <QFile>
+#include <QSet>
+
+using namespace lx;
+
+namespace {
+
+QString DataFile(const char *name)
+{
+    return QStringLiteral(LEXARBOR_TERMBASE_DATA "/") + QString::fromLatin1(name);
+}
+
+class TbxImportTest : public TermbaseEditTest {
+protected:
+    TbxImportResult import(const QString &path, const QString &parent = {})
+    {
+        TbxImportOptions options;
+        options.AddConceptsUnder = parent;
+        return ImportTbx(path, options);
+    }
+    // A file of the test's own, written into the working folder.
+    QString write(const QString &name, const QString &text)
+    {
+        QFile file(name);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text.toUtf8());
+        return name;
+    }
+    // The values of the elements of a category, read from the table that holds them.
+    QStringList values(const QString &category, const char *table = "text_values")
+    {
+        return column(QStringLiteral("SELECT value FROM elements INNER JOIN %1 ON "
+                                     "elements.elemID = %1.elemID WHERE categoryID = '%2' "
+                                     "ORDER BY elements.elemID")
+                          .arg(QLatin1String(table), category),
+                      u"value");
+    }
+    // The value of the record that each element of a category points at.
+    QStringList targets(const QString &category, const char *table = "text_values")
+    {
+        return column(QStringLiteral("SELECT value FROM (elements INNER JOIN pointers ON "
+                                     "elements.elemID = pointers.elemID) INNER JOIN %1 ON "
+                                     "pointers.targetID = %1.elemID WHERE categoryID = '%2' "
+                                     "ORDER BY elements.elemID")
+                          .arg(QLatin1String(table), category),
+                      u"value");
+    }
+    QStringList terms()
+    {
+        return column(QStringLiteral("SELECT term FROM TERMS ORDER BY elemID"), u"term");
+    }
+    // Every row of every table an import writes, to compare before and after.
+    QStringList snapshot()
+    {
+        QStringList rows;
+        for (const char *table :
+             {"CONCEPTS", "elements", "TE_CONCEPTS", "TERMS", "elements_use_lang", "text_values",
+              "picklist_values", "number_values", "date_values", "ref_values", "pointers"}) {
+            lx::store::ForEachRow(Process().TermDB,
+                                  QStringLiteral("SELECT * FROM ") + QLatin1String(table),
+                                  [&](const lx::store::Recordset &rs) {
+                                      QStringList fields{QLatin1String(table)};
+                                      for (int i = 0; i < rs.FieldCount(); ++i)
+                                          fields << rs.Fields(i).Value().toString();
+                                      rows << fields.join(QLatin1Char('|'));
+                                  });
+        }
+        rows.sort();
+        return rows;
+    }
+    // The rows only one of two snapshots has, to show what an import changed.
+    static std::string changed(const QStringList &before, const QStringList &after)
+    {
+        const QSet<QString> a(before.begin(), before.end()), b(after.begin(), after.end());
+        QStringList lines;
+        for (const QString &row : a - b)
+            lines << QStringLiteral("- ") + row;
+        for (const QString &row : b - a)
+            lines << QStringLiteral("+ ") + row;
+        lines.sort();
+        return lines.join(QLatin1Char('\n')).toStdString();
+    }
+
+    test::ScriptedUser user;
+};
+
+TEST_F(TbxImportTest, AHandWrittenFileWritesEachKindWhereItBelongs)
+{
+    const TbxImportResult r = import(DataFile("basic.tbx"));
+    ASSERT_FALSE(r.Failed) << r.Log.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(r.Added, 2);
+    EXPECT_EQ(r.Skipped, 1);
+    EXPECT_EQ(r.MissingConcepts, QStringList{"DRAGON"});
+    EXPECT_EQ(r.Terms, 4);
+    EXPECT_EQ(r.LastElemID,
+              column(QStringLiteral("SELECT elemID FROM elements ORDER BY elemID"), u"elemID")
+                  .last()
+                  .toInt());
+    EXPECT_EQ(column(QStringLiteral("SELECT Concept FROM TE_CONCEPTS ORDER BY elemID"), u"Concept"),
+              (QStringList{"PHYSICAL-OBJECT", "MENTAL-OBJECT"}));
+    EXPECT_EQ(terms(),
+              (QStringList{"physical object", "thing", "physisches Objekt", "mental object"}));
+    EXPECT_EQ(column(QStringLiteral("SELECT langID FROM TERMS ORDER BY elemID"), u"langID"),
+              (QStringList{"en", "en", "de", "en"}));
+
+    // Closed lists, mapped to the termbase's values.
+    EXPECT_EQ(values(QStringLiteral("2.2.1"), "picklist_values"), (QStringList{"noun", "noun"}));
+    EXPECT_EQ(values(QStringLiteral("2.1"), "picklist_values"), QStringList{"fullForm"});
+    EXPECT_EQ(values(QStringLiteral("2.8.2"), "picklist_values"),
+              (QStringList{"preferredTerm-admn-sts", "admittedTerm-admn-sts"}));
+    EXPECT_EQ(values(QStringLiteral("2.2.2"), "picklist_values"), QStringList{"neuter"});
+    // Texts, the language of those that need one.
+    EXPECT_EQ(values(QStringLiteral("5.1")), QStringList{"Object that occupies a place in space."});
+    EXPECT_EQ(values(QStringLiteral("10.19.3")), QStringList{"Handbook of things, p. 3"});
+    EXPECT_EQ(values(QStringLiteral("5.3")),
+              QStringList{"Every physical object has a mass & a place."});
+    EXPECT_EQ(values(QStringLiteral("2.3.1")), QStringList{"en-GB"});
+    EXPECT_EQ(values(QStringLiteral("5.2")), QStringList{"Something you can kick."});
+    EXPECT_EQ(values(QStringLiteral("2.3.7")), QStringList{"informal"});
+    EXPECT_EQ(column(QStringLiteral("SELECT langID FROM elements INNER JOIN elements_use_lang ON "
+                                    "elements.elemID = elements_use_lang.elemID WHERE "
+                                    "categoryID = '5.1' OR categoryID = '2.3.7'"),
+                     u"langID"),
+              (QStringList{"en", "en"}));
+    EXPECT_TRUE(values(QStringLiteral("10.7.1"), "date_values")
+                    .value(0)
+                    .startsWith(QStringLiteral("2024-03-15")));
+
+    // References to the back matter, its records made once.
+    EXPECT_EQ(targets(QStringLiteral("4")), QStringList{"philosophy"});
+    EXPECT_EQ(targets(QStringLiteral("5.5.1"), "ref_values"), QStringList{"stone.png"});
+    EXPECT_EQ(targets(QStringLiteral("10.21.1")), QStringList{"http://example.org/objects"});
+    EXPECT_EQ(targets(QStringLiteral("10.2.2.1")), QStringList{"Jane Doe"});
+    EXPECT_EQ(targets(QStringLiteral("10.3.3")), QStringList{"ACME"});
+    EXPECT_EQ(targets(QStringLiteral("10.20")), QStringList{"Handbook of things"});
+    EXPECT_EQ(values(QStringLiteral("x10.2.2.4")), QStringList{"jane@example.org"});
+    EXPECT_EQ(values(QStringLiteral("x10.2.2.3")), QStringList{"terminologist"});
+    EXPECT_EQ(values(QStringLiteral("x10.20.1")), QStringList{"A. Writer"});
+    // The cross-reference points at the term of the later entry.
+    EXPECT_EQ(values(QStringLiteral("10.18")), QStringList{"mental object"});
+    EXPECT_EQ(column(QStringLiteral("SELECT term FROM (elements INNER JOIN pointers ON "
+                                    "elements.elemID = pointers.elemID) INNER JOIN TERMS ON "
+                                    "pointers.targetID = TERMS.elemID WHERE categoryID = '10.18'"),
+                     u"term"),
+              QStringList{"mental object"});
+    // Every element hangs under one that is there.
+    EXPECT_TRUE(column(QStringLiteral("SELECT a.elemID FROM elements AS a LEFT JOIN elements AS b "
+                                      "ON a.parentID = b.elemID WHERE b.elemID IS NULL AND "
+                                      "a.elemID > 1"),
+                       u"elemID")
+                    .isEmpty());
+    EXPECT_TRUE(
+        r.Log.filter(QStringLiteral("DRAGON")).value(0).startsWith(QStringLiteral("line 58")));
+}
+
+TEST_F(TbxImportTest, TheOlderMartifFormOfTheSamplesImports)
+{
+    const TbxImportResult r = import(DataFile("martif_sample.tbx"));
+    ASSERT_FALSE(r.Failed) << r.Log.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(r.Added, 1);
+    EXPECT_EQ(terms(), (QStringList{"event", "happening", "événement"}));
+    EXPECT_EQ(values(QStringLiteral("2.2.2"), "picklist_values"), QStringList{"masculine"});
+    // A concept-level definition takes the file's language, "en-US" read as "en".
+    EXPECT_EQ(values(QStringLiteral("5.1")), QStringList{"Something that happens."});
+    EXPECT_EQ(values(QStringLiteral("5.3")), QStringList{"A happening drew a crowd."});
+    EXPECT_EQ(targets(QStringLiteral("10.2.2.3")), QStringList{"John Smith"});
+    EXPECT_TRUE(values(QStringLiteral("10.7.3"), "date_values")
+                    .value(0)
+                    .startsWith(QStringLiteral("2008-11-03")));
+    // A TBX-Basic category the termbase has no counterpart for is kept as a note, and said so.
+    EXPECT_EQ(values(QStringLiteral("8")), QStringList{"termLocation: menuItem"});
+    EXPECT_FALSE(r.Log.filter(QStringLiteral("termLocation")).isEmpty());
+}
+
+TEST_F(TbxImportTest, ASecondImportMergesWithoutDuplicates)
+{
+    ASSERT_FALSE(import(DataFile("basic.tbx")).Failed);
+    const QStringList before = snapshot();
+    const TbxImportResult again = import(DataFile("basic.tbx"));
+    EXPECT_EQ(again.Added, 0);
+    EXPECT_EQ(again.Merged, 2);
+    EXPECT_EQ(again.Terms, 0);
+    EXPECT_EQ(changed(before, snapshot()), "");
+
+    // A new term and a new attribute go into the entry that is there.
+    const QString more = write(
+        QStringLiteral("more.tbx"),
+        QStringLiteral(
+            "<tbx type='TBX-Basic' style='dca' xml:lang='en' "
+            "xmlns='urn:iso:std:iso:30042:ed-2'><text><body>"
+            "<conceptEntry id='MENTAL-OBJECT'><langSec xml:lang='en'>"
+            "<termSec><term>mental object</term><termNote type='termType'>fullForm</termNote>"
+            "<termNote type='partOfSpeech'>noun</termNote></termSec>"
+            "<termSec><term>idea</term></termSec></langSec></conceptEntry></body></text></tbx>"));
+    const TbxImportResult merged = import(more);
+    ASSERT_FALSE(merged.Failed) << merged.Log.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(merged.Merged, 1);
+    EXPECT_EQ(merged.Terms, 1);
+    EXPECT_EQ(terms().count(QStringLiteral("mental object")), 1);
+    EXPECT_EQ(terms().last(), QStringLiteral("idea"));
+    EXPECT_EQ(values(QStringLiteral("2.1"), "picklist_values"),
+              (QStringList{"fullForm", "fullForm"}));
+    EXPECT_EQ(values(QStringLiteral("2.2.1"), "picklist_values").size(), 2);
+}
+
+TEST_F(TbxImportTest, BadFilesAreToldByLineAndLeaveTheTermbaseAsItWas)
+{
+    ASSERT_FALSE(import(DataFile("martif_sample.tbx")).Failed);
+    const QStringList before = snapshot();
+    const QString head = QStringLiteral("<tbx type='TBX-Basic' style='dca' xml:lang='en' "
+                                        "xmlns='urn:iso:std:iso:30042:ed-2'><text><body>\n");
+    const QString good = QStringLiteral("<conceptEntry id='OBJECT'><langSec xml:lang='en'>"
+                                        "<termSec><term>object</term></termSec></langSec>"
+                                        "</conceptEntry>\n");
+    const QString tail = QStringLiteral("</body></text></tbx>\n");
+    const struct {
+        const char *name;
+        QString text;
+        const char *said;
+    } cases[] = {
+        {"not-xml", head + good + QStringLiteral("<conceptEntry id='EVENT'>\n</body>"),
+         "line 4: not XML"},
+        {"dialect",
+         QStringLiteral("<tbx type='TBX-Min' xmlns='urn:iso:std:iso:30042:ed-2'>\n</tbx>"),
+         "line 1: the dialect \"TBX-Min\" is not TBX-Basic"},
+        {"category",
+         head + good +
+             QStringLiteral("<conceptEntry id='EVENT'>\n<descrip type='flavour'>x</descrip>"
+                            "</conceptEntry>") +
+             tail,
+         "line 4: unknown data category <descrip type=\"flavour\">"},
+        {"duplicate", head + good + QStringLiteral("<conceptEntry id='OBJECT'/>\n") + tail,
+         "line 3: the id \"OBJECT\" is used twice"},
+        {"language",
+         head + good +
+             QStringLiteral("<conceptEntry id='EVENT'>\n<langSec><termSec><term>e</term>"
+                            "</termSec></langSec></conceptEntry>") +
+             tail,
+         "line 4: a language section without a language"},
+        {"target",
+         head + good +
+             QStringLiteral("<conceptEntry id='EVENT'><langSec xml:lang='en'><termSec>\n"
+                            "<term>e</term><ref type='crossReference' target='nowhere'>x</ref>"
+                            "</termSec></langSec></conceptEntry>") +
+             tail,
+         "line 4: the target \"nowhere\" is no id of the file"},
+    };
+    for (const auto &c : cases) {
+        const TbxImportResult r =
+            import(write(QString::fromLatin1(c.name) + QStringLiteral(".tbx"), c.text));
+        EXPECT_TRUE(r.Failed) << c.name;
+        EXPECT_FALSE(r.Log.filter(QString::fromLatin1(c.said)).isEmpty())
+            << c.name << ": " << r.Log.join(QLatin1Char('\n')).toStdString();
+        EXPECT_EQ(r.Log.last(), QStringLiteral("Nothing was imported.")) << c.name;
+        EXPECT_EQ(r.Added, 0) << c.name;
+        EXPECT_EQ(changed(before, snapshot()), "") << c.name;
+    }
+}
+
+TEST_F(TbxImportTest, MissingConceptsAreAddedUnderTheParentGivenAndTheLogIsWritten)
+{
+    TbxImportOptions options;
+    options.AddConceptsUnder = QStringLiteral("PHYSICAL-OBJECT");
+    options.LogFile = QStringLiteral("import.log");
+    Process().OntoMeta.ActiveSet = 1;
+    Process().OntoMeta.DefLang = QStringLiteral("en");
+    const TbxImportResult r = ImportTbx(DataFile("basic.tbx"), options);
+    ASSERT_FALSE(r.Failed) << r.Log.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(r.Added, 3);
+    EXPECT_EQ(r.Skipped, 0);
+    EXPECT_TRUE(ConceptExists(QStringLiteral("DRAGON")));
+    EXPECT_EQ(ReadParents(QStringLiteral("DRAGON")), QStringList{"PHYSICAL-OBJECT"});
+    EXPECT_EQ(column(QStringLiteral("SELECT Concept FROM TE_CONCEPTS ORDER BY elemID"), u"Concept")
+                  .last(),
+              QStringLiteral("DRAGON"));
+    EXPECT_EQ(terms().last(), QStringLiteral("dragon"));
+    QFile log(options.LogFile);
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    const QString written = QString::fromUtf8(log.readAll());
+    EXPECT_TRUE(written.contains(
+        QStringLiteral("the concept \"DRAGON\" is added under \"PHYSICAL-OBJECT\"")))
+        << written.toStdString();
+}
+
+TEST_F(TbxImportTest, AParentThatIsNoConceptRefusesTheWholeImport)
+{
+    const QStringList before = snapshot();
+    const TbxImportResult r = import(DataFile("basic.tbx"), QStringLiteral("NO-SUCH-PARENT"));
+    EXPECT_TRUE(r.Failed);
+    EXPECT_FALSE(ConceptExists(QStringLiteral("DRAGON")));
+    EXPECT_EQ(changed(before, snapshot()), "");
+}
+
+} // namespace
