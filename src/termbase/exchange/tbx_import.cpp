@@ -743,15 +743,23 @@ struct Existing {
                                Records.insert(key, rs.Value(u"elemID").toInt());
                        });
         }
-        ForEachRow(db, QStringLiteral("SELECT elemID, categoryID FROM elements WHERE elemID < 100"),
+        // The body and the backmatter folder under the root, then the folder's containers.
+        qint32 back = 0;
+        ForEachRow(db, QStringLiteral("SELECT elemID, categoryID FROM elements WHERE parentID = 1"),
                    [&](const Recordset &rs) {
                        const QString category = TextOrEmpty(rs.Value(u"categoryID"));
-                       const qint32 id = rs.Value(u"elemID").toInt();
                        if (category == QLatin1String("0.2"))
-                           Body = id;
-                       else if (category.startsWith(QLatin1Char('x')) &&
-                                !Containers.contains(category))
-                           Containers.insert(category, id);
+                           Body = rs.Value(u"elemID").toInt();
+                       else if (category == QLatin1String("0.5"))
+                           back = rs.Value(u"elemID").toInt();
+                   });
+        ForEachRow(db,
+                   QStringLiteral("SELECT elemID, categoryID FROM elements WHERE parentID = ") +
+                       QString::number(back),
+                   [&](const Recordset &rs) {
+                       const QString category = TextOrEmpty(rs.Value(u"categoryID"));
+                       if (!Containers.contains(category))
+                           Containers.insert(category, rs.Value(u"elemID").toInt());
                    });
         // The highest number in use, as the editor finds it at opening.
         Recordset elements = db.OpenRecordset(QStringLiteral("elements"), dbOpenTable);
