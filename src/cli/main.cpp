@@ -14,6 +14,9 @@
 #include "ontology/store/onto_editor.h"
 #include "ontology/store/seed.h"
 #include "publish/ontology_site.h"
+#include "termbase/exchange/tbx_export.h"
+#include "termbase/store/lifecycle.h"
+#include "termbase/store/tb_editor.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -47,6 +50,9 @@ const char *const kUsage =
     "  skos-export FILE.ont OUT.ttl [--base IRI]\n"
     "                                        the ontology as a SKOS concept scheme in Turtle\n"
     "                                        (IRI: http://example.org/<ontology name>/)\n"
+    "  tb-new FILE.ltb FILE.ont              a new termbase under the ontology, named after\n"
+    "                                        its file (not in the ontology's folder)\n"
+    "  tbx-export FILE.ltb OUT.tbx           the termbase as TBX-Basic\n"
     "Each command takes --help; --yes answers the program's questions with yes.\n";
 
 // A new ontology takes its name from its file.
@@ -60,6 +66,37 @@ public:
         return named;
     }
 };
+
+// A new termbase takes its name from its file; the window's other parts are absent.
+class ConsoleTermbaseEditor : public TermbaseEditor {
+public:
+    void SetCaption(const QString &) override {}
+    void SetWindowPointer(int) override {}
+    void EnableEditor() override {}
+    void DisableEditor() override {}
+    void ShowCategoryPane(bool) override {}
+    void ShowCounts() override {}
+    void ClearStatusPanels() override {}
+    void ClearTermbaseView() override {}
+    void LoadTermbaseView() override {}
+    void ReloadCategoryNames() override {}
+    void SetOntologyPanel(const QString &) override {}
+    PropertiesTexts ShowNewTermbaseProperties(const PropertiesTexts &texts,
+                                              const QString &) override
+    {
+        PropertiesTexts named = texts;
+        named.Name = QFileInfo(Process().TermPath).completeBaseName();
+        return named;
+    }
+    PropertiesTexts ShowTermbaseProperties(const PropertiesTexts &texts) override { return texts; }
+    TermbaseOptionsChoice ShowTermbaseOptions(const TermbaseOptionsChoice &current) override
+    {
+        return current;
+    }
+};
+
+// A termbase's name names its folders and is held in 25 characters.
+constexpr int MaxTermbaseName = 25;
 
 int Fail(const QString &message)
 {
@@ -244,6 +281,66 @@ int SkosExport(const Arguments &a, cli::ConsoleInteraction &ui)
     return 0;
 }
 
+// The editor's "New": the file made from the seed, linked in the ontology, opened and closed.
+int TbNew(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    const QFileInfo file(a.plain[0]);
+    if (file.exists())
+        return Fail(QStringLiteral("the file exists already: ") + a.plain[0]);
+    if (file.completeBaseName().size() > MaxTermbaseName)
+        return Fail(QStringLiteral("a termbase's name has at most 25 characters: ") +
+                    file.completeBaseName());
+    if (!file.absoluteDir().exists())
+        return Fail(QStringLiteral("no such folder: ") + file.absolutePath());
+    ConsoleEditor editor;
+    if (!Open(editor, ui, a.plain[1]))
+        return Failure;
+    Process().OntoFolder = FolderOf(Process().OntoPath);
+    if (FolderOf(file.absoluteFilePath()) == Process().OntoFolder) {
+        Close(editor);
+        return Fail(QStringLiteral("a termbase cannot reside in the same folder as its working "
+                                   "ontology: ") +
+                    a.plain[0]);
+    }
+    ConsoleTermbaseEditor termbase;
+    ui.SavePath = file.absoluteFilePath();
+    ui.Quiet = true; // the one message says that it was made
+    NewTermbase(termbase);
+    ui.Quiet = false;
+    const bool made = !Process().TermPath.isEmpty() && QFileInfo::exists(*ui.SavePath);
+    CloseTermbaseCommand(termbase);
+    Close(editor);
+    if (!made)
+        return Fail(QStringLiteral("no termbase was made"));
+    Print(QStringLiteral("TermBase ") + file.completeBaseName() + QStringLiteral(" made under ") +
+          a.plain[1]);
+    return 0;
+}
+
+int TbxExport(const Arguments &a, cli::ConsoleInteraction &)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    const QString &termbase = a.plain[0];
+    if (!QFileInfo(termbase).isFile())
+        return Fail(QStringLiteral("no such file: ") + termbase);
+    TbxExportResult result;
+    try {
+        result = ExportTbx(termbase, a.plain[1], [](int done, int total) {
+            Progress(QStringLiteral("Exporting"), done, total);
+        });
+    } catch (const store::StoreError &error) {
+        if (error.number() == PathFileAccessError)
+            return Fail(QStringLiteral("cannot write ") + a.plain[1]);
+        return Fail(QStringLiteral("not a Lexarbor termbase: ") + termbase + QStringLiteral(" (") +
+                    error.description() + QLatin1Char(')'));
+    }
+    Print(TbxExportSummary(result));
+    return 0;
+}
+
 int Walk(const Arguments &a, cli::ConsoleInteraction &ui)
 {
     if (a.plain.size() != 3)
@@ -351,7 +448,9 @@ int main(int argc, char **argv)
                  {QStringLiteral("publish"), Publish},
                  {QStringLiteral("walk"), Walk},
                  {QStringLiteral("inherit"), Inherit},
-                 {QStringLiteral("skos-export"), SkosExport}};
+                 {QStringLiteral("skos-export"), SkosExport},
+                 {QStringLiteral("tb-new"), TbNew},
+                 {QStringLiteral("tbx-export"), TbxExport}};
     const auto found = commands.find(command);
     if (found == commands.end()) {
         std::fputs(kUsage, stderr);

@@ -4,6 +4,7 @@
 #include "core/interaction.h"
 #include "core/process.h"
 #include "termbase/edit/categories.h"
+#include "termbase/exchange/tbx_export.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
@@ -20,12 +21,14 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QProgressBar>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -100,6 +103,7 @@ void frmTBEDitor::buildMenus()
     mnuFileNew = MakeItem(mnuFile, "mnuFileNew", QStringLiteral("&New"));
     mnuFileOPen = MakeItem(mnuFile, "mnuFileOPen", QStringLiteral("&Open"));
     mnuFileClose = MakeItem(mnuFile, "mnuFileClose", QStringLiteral("&Close"));
+    mnuFileExportTbx = MakeItem(mnuFile, "mnuFileExportTbx", QStringLiteral("Export as TBX..."));
     mnuFile->addSeparator();
     mnuFileProperties = MakeItem(mnuFile, "mnuFileProperties", QStringLiteral("P&roperties"));
     mnuFilePrint = MakeItem(mnuFile, "mnuFilePrint", QStringLiteral("&Print"));
@@ -140,6 +144,7 @@ void frmTBEDitor::buildMenus()
     route(mnuFileClose, &frmTBEDitor::mnuFileClose_Click);
     route(mnuFileProperties, &frmTBEDitor::mnuFileProperties_Click);
     route(mnuFileExit, &frmTBEDitor::mnuFileExit_Click);
+    route(mnuFileExportTbx, &frmTBEDitor::mnuFileExportTbx_Click);
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
     connect(mnuToolsGenHTML, &QAction::triggered, this, [] { RunCommand(ShowTermbaseReports); });
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
@@ -234,6 +239,7 @@ void frmTBEDitor::setEditorCommands(bool enabled, int lastButton)
     Tree2->setEnabled(enabled);
     mnuFileClose->setEnabled(enabled);
     mnuFileProperties->setEnabled(enabled);
+    mnuFileExportTbx->setEnabled(enabled);
     mnuFilePrint->setEnabled(enabled);
     mnuEdit->menuAction()->setVisible(enabled);
     mnuTools->menuAction()->setVisible(enabled);
@@ -380,6 +386,19 @@ void frmTBEDitor::mnuFileExit_Click()
 void frmTBEDitor::mnuToolsOptions_Click()
 {
     SetTermbaseOptions(*this);
+}
+
+// The export shows its progress in the status bar while it runs.
+void frmTBEDitor::mnuFileExportTbx_Click()
+{
+    ProgressBar1->setRange(0, 0);
+    ProgressBar1->show();
+    ExportOpenTermbaseAsTbx([this](int done, int total) {
+        ProgressBar1->setRange(0, total);
+        ProgressBar1->setValue(done);
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
+    ProgressBar1->hide();
 }
 
 void frmTBEDitor::mnuHelpTool_Click()

@@ -78,6 +78,7 @@ public:
     void mnuFileExit_Click();
     void mnuToolsOptions_Click();
     void mnuHelpTool_Click();
+    void mnuFileExportTbx_Click();
     // The two modes and the browser (frm_tb_editor_modes.cpp). The mode is the check of
     // mnuEditBrowser.
     void ShowEditor();
@@ -156,7 +157,7 @@ public:
 
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
-        *mnuFileExit;
+        *mnuFileExit, *mnuFileExportTbx;
     QAction *mnuEditFind, *mnuEditEditor, *mnuEditBrowser, *mnuToolsGenHTML, *mnuToolsOptions;
     QAction *mnuHelpTool, *mnuHelpAbout;
     QToolBar *ToolBar1;

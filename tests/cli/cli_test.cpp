@@ -134,4 +134,47 @@ TEST_F(CliTest, SkosExportWritesTurtleUnderTheBaseGivenOrTheDefaultOne)
     EXPECT_EQ(run({"skos-export", path("a.ont"), path("no/such/dir/c.ttl")}).status, 1);
 }
 
+// A new termbase from the command line is the editor's: linked in the ontology, with its folders,
+// and its export is a TBX-Basic file; each way of going wrong ends with one line and status 1.
+TEST_F(CliTest, TbNewMakesATermbaseThatTbxExportWrites)
+{
+    EXPECT_TRUE(run({"--help"}).out.contains(QStringLiteral("tbx-export FILE.ltb OUT.tbx")));
+    ASSERT_EQ(run({"new", path("a.ont")}).status, 0);
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("tb")));
+    const Outcome made = run({"tb-new", path("tb/words.ltb"), path("a.ont")});
+    ASSERT_EQ(made.status, 0) << made.err.toStdString();
+    EXPECT_EQ(made.err, QString());
+    EXPECT_TRUE(QDir(path("tb/words-back")).exists());
+    EXPECT_TRUE(QDir(path("tb/words-publish")).exists());
+
+    const Outcome out = run({"tbx-export", path("tb/words.ltb"), path("words.tbx")});
+    EXPECT_EQ(out.status, 0) << out.err.toStdString();
+    EXPECT_EQ(out.out, QStringLiteral("0 entries, 0 terms.\n"));
+    QFile tbx(path("words.tbx"));
+    ASSERT_TRUE(tbx.open(QIODevice::ReadOnly));
+    const QByteArray text = tbx.readAll();
+    EXPECT_TRUE(text.contains("<tbx xmlns=\"urn:iso:std:iso:30042:ed-2\" type=\"TBX-Basic\""));
+    EXPECT_TRUE(text.contains("<title>words</title>"));
+
+    auto fails = [this](const QStringList &args, const char *says) {
+        const Outcome o = run(args);
+        EXPECT_EQ(o.status, 1) << args.join(u' ').toStdString();
+        EXPECT_TRUE(o.err.startsWith(QStringLiteral("lexarbor-cli: ") + QString::fromUtf8(says)))
+            << o.err.toStdString();
+        EXPECT_EQ(o.err.count(u'\n'), 1) << o.err.toStdString();
+    };
+    fails({"tb-new", path("tb/words.ltb"), path("a.ont")}, "the file exists already");
+    fails({"tb-new", path("beside.ltb"), path("a.ont")}, "a termbase cannot reside");
+    fails({"tb-new", path("tb/b.ltb"), path("none.ont")}, "no such file");
+    fails({"tb-new", path("tb/a-name-of-more-than-25-chars.ltb"), path("a.ont")},
+          "a termbase's name");
+    fails({"tbx-export", path("none.ltb"), path("x.tbx")}, "no such file");
+    fails({"tbx-export", path("a.ont"), path("x.tbx")}, "not a Lexarbor termbase");
+    fails({"tbx-export", path("tb/words.ltb"), path("no/such/dir/x.tbx")}, "cannot write");
+    EXPECT_FALSE(QFile::exists(path("x.tbx")));
+    EXPECT_EQ(run({"tb-new", path("tb/c.ltb")}).status, 2);
+    EXPECT_EQ(run({"tbx-export", path("tb/words.ltb")}).status, 2);
+    EXPECT_EQ(run({"tbx-export", "--help"}).status, 0);
+}
+
 } // namespace

@@ -1066,7 +1066,7 @@ void Planner::pointers()
     }
 }
 
-void WriteRows(Database &db, const Rows &rows, const TbxProgress &progress)
+void WriteRows(Database &db, const Rows &rows, const TbxImportProgress &progress)
 {
     const auto table = [&](const char *name) {
         return db.OpenRecordset(QString::fromLatin1(name), dbOpenTable);
@@ -1201,7 +1201,7 @@ TbxImportResult Refuse(TbxImportResult result, const TbxImportOptions &options)
 } // namespace
 
 TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options,
-                          const TbxProgress &progress)
+                          const TbxImportProgress &progress)
 {
     ProcessState &p = Process();
     TbxImportResult result;

@@ -28,13 +28,13 @@ struct TbxImportResult {
 };
 
 // How far the writing has come, in entries, now and then and once at its end.
-using TbxProgress = std::function<void(qint64 done, qint64 total)>;
+using TbxImportProgress = std::function<void(qint64 done, qint64 total)>;
 
 // Imports `inFile` into Process().TermDB, under the working ontology Process().OntoDB. Concepts
 // added under `AddConceptsUnder` go into the ontology in a transaction of its own that is
 // committed only after the termbase's; then they are offered to the linked termbases. Store
 // failures are thrown after both files have been put back.
 TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options,
-                          const TbxProgress &progress = {});
+                          const TbxImportProgress &progress = {});
 
 } // namespace lx
