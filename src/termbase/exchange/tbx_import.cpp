@@ -43,6 +43,8 @@ struct Item {
     QString RecordCategory; // a reference to a backmatter record: the record's category,
     QString RecordId;       // and its id in the file,
     QString RecordValue;    // or the value that names it
+    QString Id;             // its own id in the file, for cross-references to it
+    QList<Item> Children;   // what its group holds beside it, where the termbase takes it
     qint64 Line = 0;
 };
 
@@ -162,6 +164,18 @@ bool RecordInRefValues(const QString &recordCategory)
     return recordCategory == QLatin1String("x5.5") || recordCategory == QLatin1String("x11.1");
 }
 
+// The cross-reference whose description is the text: those made by a click carry their
+// category's type word ("relatedTerm"); any other text is the description of a plain one.
+const tbx::Category *CrossReferenceNamed(const QString &text)
+{
+    const tbx::Category *plain = tbx::FindCategory(u"10.18");
+    for (const tbx::Category &c : tbx::Categories()) {
+        if (c.Of == tbx::Kind::Basic && c.Element == u"ref" && c.Targets && c.Word == text)
+            return &c;
+    }
+    return plain;
+}
+
 // ---------------------------------------------------------------------------------------------
 // Reading the file.
 
@@ -224,6 +238,13 @@ private:
     // the element a descripGrp or termNoteGrp holds, which gives a source its category.
     void readData(QList<Item> &into, Level level, const QString &lang, const QString &group = {});
     void readGroup(QList<Item> &into, Level level, const QString &lang);
+    // The text of a data element, its attributes and line.
+    struct Data {
+        QString Element, Type, Target, Text;
+        qint64 Line;
+    };
+    void readValue(QList<Item> &into, Level level, const QString &lang, const QString &group,
+                   const Data &data);
     void readTransaction(QList<Item> &into, Level level, const QString &lang);
     void readBack();
     void readRecord(const tbx::Category &record);
@@ -433,7 +454,18 @@ void Reader::readData(QList<Item> &into, Level level, const QString &lang, const
     }
     const QString type = attribute(u"type");
     const QString target = attribute(u"target");
+    const QString id = attribute(u"id");
     const QString text = m_xml.readElementText(QXmlStreamReader::IncludeChildElements);
+    const qsizetype before = into.size();
+    readValue(into, level, lang, group, {element, type, target, text, at});
+    if (!id.isEmpty() && into.size() > before)
+        into.last().Id = id;
+}
+
+void Reader::readValue(QList<Item> &into, Level level, const QString &lang, const QString &group,
+                       const Data &data)
+{
+    const auto &[element, type, target, text, at] = data;
     if (element == QLatin1String("note")) {
         if (const auto noted = tbx::ParseNote(text)) {
             addItem(into, noted->Of->Id.toString(), noted->Value, {}, lang, at);
@@ -452,6 +484,8 @@ void Reader::readData(QList<Item> &into, Level level, const QString &lang, const
     }
     if (!category)
         category = tbx::CategoryFromTbx(element, type, {}, !target.isEmpty());
+    if (category && category->Id == QLatin1String("10.18"))
+        category = CrossReferenceNamed(text.trimmed());
     if (!category) {
         if (!tbx::FixedTbxValues(element, type).isEmpty())
             asNote(into, type, text, lang, at,
@@ -482,10 +516,19 @@ void Reader::readData(QList<Item> &into, Level level, const QString &lang, const
 void Reader::readGroup(QList<Item> &into, Level level, const QString &lang)
 {
     QString group;
+    QList<Item> held;
     while (m_xml.readNextStartElement()) {
         if (group.isEmpty() && m_xml.name() != u"admin" && m_xml.name() != u"note")
             group = attribute(u"type");
-        readData(into, level, langOf(lang), group);
+        readData(held, level, langOf(lang), group);
+    }
+    // What the group holds beside its first element goes under that element where the termbase
+    // takes it there, else beside it.
+    for (qsizetype i = 0; i < held.size(); ++i) {
+        if (i > 0 && m_vocabulary.allows(into.last().Category, held[i].Category))
+            into.last().Children.append(held[i]);
+        else
+            into.append(held[i]);
     }
 }
 
@@ -659,7 +702,8 @@ void Reader::readRecord(const tbx::Category &record)
         const QString type = attribute(u"type");
         const QString text = m_xml.readElementText(QXmlStreamReader::IncludeChildElements);
         if (type == record.Value) {
-            in.Value = text;
+            // A file is kept by its own name; the path is where the file was written from.
+            in.Value = RecordInRefValues(in.Category) ? QFileInfo(text).fileName() : text;
             continue;
         }
         const tbx::Category *field = nullptr;
@@ -834,14 +878,15 @@ private:
         m_children[parent].append({m_next, category});
         return m_next;
     }
-    // The signatures of the children of `parent` that are there already.
-    QSet<QString> &signatures(qint32 parent);
+    // The children of `parent` that are there already, by their signatures.
+    QHash<QString, qint32> &signatures(qint32 parent);
     qint32 section(qint32 entry, const QString &lang);
     qint32 term(qint32 section, const QString &text, const QString &lang);
     void items(qint32 parent, const QString &parentCategory, const QList<Item> &items);
     void item(qint32 parent, const Item &item);
-    // The element of an item under `parent`, unless one just like it is there; 0 then.
-    qint32 write(qint32 parent, const Item &item, qint32 target);
+    // The element of an item under `parent`, and whether it is new: one just like it that is
+    // there already stands for it.
+    std::pair<qint32, bool> write(qint32 parent, const Item &item, qint32 target);
     qint32 record(const QString &category, const QString &value);
 
     Reader &m_file;
@@ -850,7 +895,8 @@ private:
     QStringList &m_log;
     qint32 m_next;
     QHash<qint32, QList<std::pair<qint32, QString>>> m_children; // new children of a parent
-    QHash<qint32, QSet<QString>> m_signatures;
+    QHash<qint32, QHash<QString, qint32>> m_signatures;
+    QHash<QString, qint32> m_itemElements;     // ids of the file's data elements
     QHash<qint32, QString> m_newValues;        // sections: language; terms: text
     QList<std::pair<qint32, Item>> m_pointers; // parent, cross-reference
 };
@@ -888,18 +934,19 @@ qint32 Planner::record(const QString &category, const QString &value)
     return id;
 }
 
-QSet<QString> &Planner::signatures(qint32 parent)
+QHash<QString, qint32> &Planner::signatures(qint32 parent)
 {
     auto found = m_signatures.find(parent);
     if (found != m_signatures.end())
         return *found;
-    QSet<QString> &set = m_signatures[parent];
+    QHash<QString, qint32> &map = m_signatures[parent];
     if (parent <= m_existing.Last) {
         for (const auto &[child, category] : m_existing.Children.value(parent))
-            set.insert(Signature(category, m_existing.Values.value(child),
-                                 m_existing.Langs.value(child), m_existing.Pointers.value(child)));
+            map.insert(Signature(category, m_existing.Values.value(child),
+                                 m_existing.Langs.value(child), m_existing.Pointers.value(child)),
+                       child);
     }
-    return set;
+    return map;
 }
 
 qint32 Planner::section(qint32 entry, const QString &lang)
@@ -1007,33 +1054,36 @@ void Planner::item(qint32 parent, const Item &i)
         } else
             target = record(i.RecordCategory, i.RecordValue);
     }
-    const qint32 id = write(parent, i, target);
-    if (!id)
-        return;
-    const QString valueType = m_vocabulary.Categories.value(i.Category).ValueType;
-    if (!i.RecordCategory.isEmpty())
-        Out.Pointers.append({id, target});
-    else if (valueType == QLatin1String("picklist"))
-        Out.Picklist.append({id, i.Value});
-    else if (valueType == QLatin1String("number"))
-        Out.Number.append({id, i.Value});
-    else if (valueType == QLatin1String("date"))
-        Out.Date.append({id, i.Value});
-    else
-        Out.Text.append({id, i.Value});
+    const auto [id, fresh] = write(parent, i, target);
+    if (fresh) {
+        const QString valueType = m_vocabulary.Categories.value(i.Category).ValueType;
+        if (!i.RecordCategory.isEmpty())
+            Out.Pointers.append({id, target});
+        else if (valueType == QLatin1String("picklist"))
+            Out.Picklist.append({id, i.Value});
+        else if (valueType == QLatin1String("number"))
+            Out.Number.append({id, i.Value});
+        else if (valueType == QLatin1String("date"))
+            Out.Date.append({id, i.Value});
+        else
+            Out.Text.append({id, i.Value});
+    }
+    if (!i.Id.isEmpty())
+        m_itemElements.insert(i.Id, id);
+    items(id, i.Category, i.Children);
 }
 
-qint32 Planner::write(qint32 parent, const Item &i, qint32 target)
+std::pair<qint32, bool> Planner::write(qint32 parent, const Item &i, qint32 target)
 {
-    QSet<QString> &seen = signatures(parent);
+    QHash<QString, qint32> &seen = signatures(parent);
     const QString signature = Signature(i.Category, i.Value, i.Lang, target);
-    if (seen.contains(signature))
-        return 0;
-    seen.insert(signature);
+    if (const auto found = seen.constFind(signature); found != seen.constEnd())
+        return {*found, false};
     const qint32 id = add(i.Category, parent);
+    seen.insert(signature, id);
     if (!i.Lang.isEmpty())
         Out.Lang.append({id, i.Lang});
-    return id;
+    return {id, true};
 }
 
 // Cross-references, once every term has its number: a term is pointed at as it is; an entry or
@@ -1043,8 +1093,11 @@ void Planner::pointers()
     for (const auto &[parent, i] : std::as_const(m_pointers)) {
         const IdPlace place = m_file.Ids.value(i.TargetId);
         qint32 target = 0;
-        if (place.Record >= 0)
-            target = i.Category == QLatin1String("10.18") ? m_file.Records[place.Record].Elem : 0;
+        const bool anyTarget = i.Category == QLatin1String("10.18");
+        if (anyTarget && m_itemElements.contains(i.TargetId))
+            target = m_itemElements.value(i.TargetId);
+        else if (place.Record >= 0)
+            target = anyTarget ? m_file.Records[place.Record].Elem : 0;
         else if (place.Entry >= 0 && m_file.Entries[place.Entry].Written) {
             const EntryIn &e = m_file.Entries[place.Entry];
             const int s = place.Section >= 0 ? place.Section : 0;
@@ -1059,7 +1112,7 @@ void Planner::pointers()
                          .arg(i.TargetId);
             continue;
         }
-        if (const qint32 id = write(parent, i, target)) {
+        if (const auto [id, fresh] = write(parent, i, target); fresh) {
             Out.Text.append({id, i.Value});
             Out.Pointers.append({id, target});
         }

@@ -2,6 +2,9 @@
 #include "ontology/edit/concept_view.h"
 #include "ontology/store/lookups.h"
 #include "support/scripted_user.h"
+#include "termbase/edit/assert.h"
+#include "termbase/edit/records.h"
+#include "termbase/exchange/tbx_export.h"
 #include "termbase/exchange/tbx_import.h"
 
 #include <QFile>
@@ -295,6 +298,171 @@ TEST_F(TbxImportTest, AParentThatIsNoConceptRefusesTheWholeImport)
     EXPECT_TRUE(r.Failed);
     EXPECT_FALSE(ConceptExists(QStringLiteral("DRAGON")));
     EXPECT_EQ(changed(before, snapshot()), "");
+}
+
+// Every element of the entries as a line of what it holds, with the path of its ancestors and
+// what it points at, so that two termbases with other numbers compare.
+QStringList EntryLines()
+{
+    struct Row {
+        QString Category;
+        qint32 Parent = 0;
+        QString Value, Lang;
+        qint32 Target = 0;
+    };
+    QHash<qint32, Row> rows;
+    lx::store::Database &db = Process().TermDB;
+    lx::store::ForEachRow(db, QStringLiteral("SELECT * FROM elements"),
+                          [&](const lx::store::Recordset &rs) {
+                              Row &r = rows[rs.Value(u"elemID").toInt()];
+                              r.Category = rs.Value(u"categoryID").toString();
+                              r.Parent = rs.Value(u"parentID").toInt();
+                          });
+    const auto read = [&](const char *query, QStringView field, auto set) {
+        lx::store::ForEachRow(db, QString::fromLatin1(query), [&](const lx::store::Recordset &rs) {
+            set(rows[rs.Value(u"elemID").toInt()], rs.Value(field));
+        });
+    };
+    for (const char *table : {"SELECT * FROM text_values", "SELECT * FROM picklist_values",
+                              "SELECT * FROM number_values", "SELECT * FROM ref_values"})
+        read(table, u"value", [](Row &r, const QVariant &v) { r.Value = v.toString(); });
+    read("SELECT * FROM date_values", u"value",
+         [](Row &r, const QVariant &v) { r.Value = v.toDate().toString(Qt::ISODate); });
+    read("SELECT * FROM TERMS", u"term", [](Row &r, const QVariant &v) { r.Value = v.toString(); });
+    read("SELECT * FROM TE_CONCEPTS", u"Concept",
+         [](Row &r, const QVariant &v) { r.Value = v.toString(); });
+    read("SELECT * FROM elements_use_lang", u"langID",
+         [](Row &r, const QVariant &v) { r.Lang = v.toString(); });
+    read("SELECT * FROM pointers", u"targetID",
+         [](Row &r, const QVariant &v) { r.Target = v.toInt(); });
+    const std::function<QString(qint32)> path = [&](qint32 id) -> QString {
+        const Row &r = rows.value(id);
+        const QString here = r.Category + QLatin1Char('=') + r.Value + QLatin1Char('@') + r.Lang;
+        if (r.Category == QLatin1String("0.3") || !rows.contains(r.Parent) || r.Parent <= 3)
+            return here;
+        return path(r.Parent) + QStringLiteral(" / ") + here;
+    };
+    QStringList lines;
+    for (auto it = rows.cbegin(); it != rows.cend(); ++it) {
+        const QString line = path(it.key());
+        if (!line.startsWith(QLatin1String("0.3=")))
+            continue; // the backmatter shows through the pointers at it
+        lines << line + (it->Target ? QStringLiteral(" -> ") + path(it->Target) : QString());
+    }
+    lines.sort();
+    return lines;
+}
+
+using Source = AssertInput::Source;
+
+// A termbase with every kind of element, exported and imported into an empty termbase under
+// the same ontology.
+TEST_F(TbxImportTest, ARoundTripThroughTbxKeepsEntriesTermsAndCategories)
+{
+    constexpr qint32 kBody = 3, kBiblio = 5, kFiles = 6, kPersons = 7, kSubjects = 8, kUrls = 9,
+                     kSubsets = 14;
+    const auto put = [&](const char *category, Source from, const QString &value, qint32 parent,
+                         const QString &language = {}) {
+        AssertInput input;
+        input.CategoryId = QString::fromLatin1(category);
+        input.From = from;
+        input.Value = value;
+        input.Parent = parent;
+        input.LanguageShown = !language.isEmpty();
+        input.Language = language;
+        EXPECT_TRUE(AssertElement(editor, input).Written) << category;
+        return editor.LastElemID;
+    };
+    const QString en = QStringLiteral("en");
+    put("xx4", Source::Text, QStringLiteral("transport"), kSubjects);
+    put("x10.21.1", Source::Text, QStringLiteral("http://example.org/?a=1&b=2"), kUrls);
+    put("x10.3", Source::Text, QStringLiteral("ACME"), kSubsets);
+    editor.CurrentElemID = kPersons;
+    AddPersonRecord(editor, {QStringLiteral("jd"),
+                             QStringLiteral("Jane Doe"),
+                             QStringLiteral("editor"),
+                             QStringLiteral("jd@example.org"),
+                             {},
+                             {}});
+    editor.CurrentElemID = kBiblio;
+    BiblioFields source;
+    source.Descriptor = QStringLiteral("Smith 2020");
+    source.Author = QStringLiteral("Smith");
+    AddBibliographyRecord(editor, source);
+    const QString picture = lx::TermBasesFolder() + QStringLiteral("stone.png");
+    {
+        QFile file(picture);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("png");
+    }
+    ASSERT_TRUE(AddBinaryRecord(editor, QStringLiteral("x5.5"), picture));
+    (void)kFiles;
+
+    const qint32 a = put("0.3", Source::Concepts, QStringLiteral("PHYSICAL-OBJECT"), kBody);
+    const qint32 def = put("5.1", Source::Text, QStringLiteral("A thing & <more>"), a, en);
+    put("8", Source::Text, QStringLiteral("checked"), def, en);
+    put("4", Source::Picklist, QStringLiteral("transport"), a);
+    put("5.5.1", Source::Refs, QStringLiteral("stone.png"), a);
+    put("10.3.3", Source::Refs, QStringLiteral("ACME"), a);
+    put("10.7.1", Source::Date, QStringLiteral("05/03/2024"), a);
+    put("10.2.2.1", Source::Picklist, QStringLiteral("jd"), a);
+    put("5.2", Source::Text, QStringLiteral("Explained."), a, en);
+    const qint32 t1 = put("1", Source::Text, QStringLiteral("physical object"), a, en);
+    put("2.1", Source::Picklist, QStringLiteral("fullForm"), t1);
+    put("2.2.1", Source::Picklist, QStringLiteral("noun"), t1);
+    put("2.2.2", Source::Picklist, QStringLiteral("otherGender"), t1);
+    put("2.3.2", Source::Picklist, QStringLiteral("technicalRegister"), t1);
+    put("3.4", Source::Number, QStringLiteral("7"), t1);
+    put("5.3", Source::Text, QStringLiteral("It said \"thud\""), t1, en);
+    put("2.8.2", Source::Picklist, QStringLiteral("preferredTerm-admn-sts"), t1);
+    put("10.3.3", Source::Refs, QStringLiteral("ACME"), t1);
+    put("10.21.1", Source::Picklist, QStringLiteral("http://example.org/?a=1&b=2"), t1);
+    put("10.20", Source::Picklist, QStringLiteral("Smith 2020"), t1);
+    put("10.19.1", Source::Text, QStringLiteral("oral"), t1);
+    const qint32 t2 = put("1", Source::Text, QStringLiteral("Ding"), a, QStringLiteral("de"));
+    put("2.1", Source::Picklist, QStringLiteral("symbol"), t2);
+    put("5.1", Source::Text, QStringLiteral("Ein Ding"), t2 - 1, QStringLiteral("de"));
+
+    const qint32 b = put("0.3", Source::Concepts, QStringLiteral("MENTAL-OBJECT"), kBody);
+    const qint32 t3 = put("1", Source::Text, QStringLiteral("R&D <idea> 'x' ÄÖ 日本"), b, en);
+    {
+        user.answerInputBox(QStringLiteral("see the thing"));
+        EXPECT_TRUE(
+            CompleteCrossReference(editor, t3, t1, QStringLiteral("1"), QStringLiteral("10.18")));
+        user.answerInputBox(QStringLiteral("its definition"));
+        EXPECT_TRUE(CompleteCrossReference(editor, t3, def, QStringLiteral("5.1"),
+                                           QStringLiteral("10.18")));
+    }
+    EXPECT_TRUE(
+        CompleteCrossReference(editor, t3, t1, QStringLiteral("1"), QStringLiteral("9.2.3")));
+
+    // What TBX-Basic can't carry: a source of a term read back as a plain source, an entry
+    // without terms left out.
+    put("10.19.2", Source::Text, QStringLiteral("the lab"), t3);
+    put("0.3", Source::Concepts, QStringLiteral("EVENT"), kBody);
+
+    QStringList before = EntryLines();
+    QDir().mkpath(lx::TermBasesFolder() + QStringLiteral("out"));
+    const QString out = lx::TermBasesFolder() + QStringLiteral("out/tb.tbx");
+    WriteTbxFile(Process().TermDB, termbasePath(), out);
+
+    CloseTermbase(editor);
+    {
+        user.answerSaveFile(lx::TermBasesFolder() + QStringLiteral("empty.ltb"))
+            .answerMsgBox(msg::OK);
+        NewTermbase(editor);
+    }
+    ASSERT_TRUE(EntryLines().isEmpty());
+    const TbxImportResult r = import(out);
+    ASSERT_FALSE(r.Failed) << r.Log.join(QLatin1Char('\n')).toStdString();
+    EXPECT_EQ(r.Added, 2);
+    QStringList after = EntryLines();
+    EXPECT_EQ(after.size(), before.size() - 1);
+
+    before.replaceInStrings(QStringLiteral("10.19.2=the lab"), QStringLiteral("10.19.1=the lab"));
+    before.removeAll(QStringLiteral("0.3=EVENT@"));
+    before.sort();
+    EXPECT_EQ(changed(before, after), "");
 }
 
 } // namespace
