@@ -1,6 +1,7 @@
 #include "termbase/exchange/tbx_import.h"
 
 #include "core/filters.h"
+#include "core/interaction.h"
 #include "core/process.h"
 #include "core/store/database.h"
 #include "core/store/errors.h"
@@ -11,6 +12,7 @@
 #include "ontology/store/schema.h"
 #include "termbase/edit/categories.h"
 #include "termbase/exchange/tbx_map.h"
+#include "termbase/store/tb_editor.h"
 
 #include <QDate>
 #include <QFile>
@@ -1361,6 +1363,8 @@ TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options
     }
     plan.pointers();
     result.Terms = plan.Terms;
+    if (options.CheckOnly)
+        return result;
 
     {
         std::optional<Transaction> ontologyChange;
@@ -1393,6 +1397,98 @@ TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options
                       .arg(result.Terms);
     WriteLog(options.LogFile, result.Log);
     return result;
+}
+
+namespace {
+
+const QString kImportTitle = QStringLiteral("Import TBX");
+
+// The first lines of a log, for a message box; the whole of it is in the file.
+QString LogExcerpt(const QStringList &log, const QString &logFile)
+{
+    constexpr qsizetype kShown = 15;
+    QString text = log.mid(0, kShown).join(QStringLiteral("\r\n"));
+    if (log.size() > kShown)
+        text += QStringLiteral("\r\n...");
+    return text + QStringLiteral("\r\n\r\nThe log is in ") + logFile;
+}
+
+// The parent of the concepts to add, when the user wants them added; nothing to leave them out,
+// an empty text to stop.
+std::optional<QString> AskParent(const TbxImportResult &check)
+{
+    const int answer = UI().MsgBox(
+        QString::number(check.MissingConcepts.size()) +
+            QStringLiteral(" entries of the file are of concepts the working ontology lacks (") +
+            check.MissingConcepts.mid(0, 5).join(QStringLiteral(", ")) +
+            (check.MissingConcepts.size() > 5 ? QStringLiteral(", ...") : QString()) +
+            QStringLiteral(").\r\nAdd these concepts to the ontology? No leaves their entries "
+                           "out."),
+        msg::YesNoCancel | msg::Question, kImportTitle);
+    if (answer == msg::No)
+        return std::nullopt;
+    if (answer != msg::Yes)
+        return QString();
+    return UI().InputBox(QStringLiteral("Parent of the new concepts:"), kImportTitle,
+                         Process().TopConcept);
+}
+
+} // namespace
+
+bool ImportTbxIntoOpenTermbase(TermbaseEditor &editor, const TbxImportProgress &progress)
+{
+    const ProcessState &p = Process();
+    if (p.TermPath.isEmpty() || !p.TermDB.isOpen())
+        return false;
+    FileDialogRequest request;
+    request.title = kImportTitle;
+    request.filter = QStringLiteral("TBX files (*.tbx)|*.tbx|XML files (*.xml)|*.xml|All files "
+                                    "(*.*)|*.*");
+    request.initialDir = p.TermFolder;
+    const std::optional<QString> path = UI().GetOpenFileName(request);
+    if (!path || path->isEmpty())
+        return false;
+    TbxImportOptions options;
+    options.LogFile = *path + QStringLiteral(".log");
+    const int pointerBefore = UI().MousePointer();
+    UI().SetMousePointer(pointer::Hourglass);
+    try {
+        options.CheckOnly = true;
+        TbxImportResult result = ImportTbx(*path, options);
+        options.CheckOnly = false;
+        if (!result.Failed && !result.MissingConcepts.isEmpty()) {
+            UI().SetMousePointer(pointerBefore);
+            const std::optional<QString> parent = AskParent(result);
+            if (parent && parent->isEmpty())
+                return false;
+            options.AddConceptsUnder = parent.value_or(QString());
+            UI().SetMousePointer(pointer::Hourglass);
+        }
+        if (!result.Failed)
+            result = ImportTbx(*path, options, progress);
+        UI().SetMousePointer(pointerBefore);
+        if (result.Failed) {
+            UI().MsgBox(QStringLiteral("The file was not imported.\r\n\r\n") +
+                            LogExcerpt(result.Log, options.LogFile),
+                        msg::Critical, kImportTitle);
+            return false;
+        }
+        editor.LastElemID = result.LastElemID;
+        editor.EntryCount += result.Added;
+        editor.TermCount += result.Terms;
+        editor.LoadTermbaseView();
+        editor.ShowCounts();
+        UI().MsgBox(LogExcerpt(result.Log.mid(result.Log.size() - 1) +
+                                   result.Log.mid(0, result.Log.size() - 1),
+                               options.LogFile),
+                    msg::Information, kImportTitle);
+        return true;
+    } catch (const StoreError &error) {
+        UI().SetMousePointer(pointerBefore);
+        UI().MsgBox(error.description() + QStringLiteral(": ") + *path, msg::Critical,
+                    kImportTitle);
+        return false;
+    }
 }
 
 } // namespace lx

@@ -14,6 +14,7 @@ namespace lx {
 struct TbxImportOptions {
     QString LogFile;          // where the log goes as well; empty: nowhere
     QString AddConceptsUnder; // parent of the concepts the ontology lacks; empty: list them only
+    bool CheckOnly = false;   // read, check and count, write nothing
 };
 
 struct TbxImportResult {
@@ -36,5 +37,13 @@ using TbxImportProgress = std::function<void(qint64 done, qint64 total)>;
 // failures are thrown after both files have been put back.
 TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options,
                           const TbxImportProgress &progress = {});
+
+class TermbaseEditor;
+
+// The editor's "Import TBX...": the file asked for, checked first; when the ontology lacks
+// concepts of the file, whether to add them and under which parent; then the import, its log
+// saved beside the file as FILE.log and its summary shown; the editor's counters follow. False
+// when nothing was imported.
+bool ImportTbxIntoOpenTermbase(TermbaseEditor &editor, const TbxImportProgress &progress = {});
 
 } // namespace lx
