@@ -121,11 +121,13 @@ void BM_RawTbxImport100k(benchmark::State &state)
                     entryId = ++next;
                     element.bind(1, entryId).bind(2, "0.3").bind(3, bench::kBody).run();
                     entry.bind(1, entryId)
-                        .bind(2, xml.attributes().value(u"id").toString().toStdString())
+                        .bind(2,
+                              xml.attributes().value(QStringLiteral("id")).toString().toStdString())
                         .run();
                 } else if (name == u"langSec") {
                     sectionId = ++next;
-                    language = xml.attributes().value(u"xml:lang").toString().toStdString();
+                    language =
+                        xml.attributes().value(QStringLiteral("xml:lang")).toString().toStdString();
                     element.bind(1, sectionId).bind(2, "0.4").bind(3, entryId).run();
                     lang.bind(1, sectionId).bind(2, language).run();
                 } else if (name == u"term") {

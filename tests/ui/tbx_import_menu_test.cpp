@@ -73,6 +73,9 @@ TEST_F(TbxImportMenuTest, AsksTheFileAndTheParentOfMissingConceptsThenReloadsThe
     EXPECT_EQ(editor->EntryCount, entriesBefore + 1);
     EXPECT_TRUE(QFile::exists(in + QStringLiteral(".log")));
     // The tree was read again: the new entry stands under body.
+    root()->setExpanded(true);
+    ASSERT_NE(body(), nullptr);
+    body()->setExpanded(true);
     EXPECT_TRUE(texts(body()).contains(QStringLiteral("GRIFFIN")))
         << texts(body()).join(u',').toStdString();
 }
