@@ -12,9 +12,11 @@
 #include "ontology/store/schema.h"
 #include "termbase/edit/categories.h"
 #include "termbase/exchange/tbx_map.h"
+#include "termbase/store/lifecycle.h"
 #include "termbase/store/tb_editor.h"
 
 #include <QDate>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
@@ -45,6 +47,7 @@ struct Item {
     QString RecordCategory; // a reference to a backmatter record: the record's category,
     QString RecordId;       // and its id in the file,
     QString RecordValue;    // or the value that names it
+    QString RecordPath;     // a file record: the file as the file names it
     QString Id;             // its own id in the file, for cross-references to it
     QList<Item> Children;   // what its group holds beside it, where the termbase takes it
     qint64 Line = 0;
@@ -78,6 +81,7 @@ struct RecordIn {
     QString Id;
     QString Category;
     QString Value;
+    QString Path;                              // a file record: the file as the file names it
     QList<std::pair<QString, QString>> Fields; // field category, value
     qint64 Line = 0;
     qint32 Elem = 0;
@@ -614,8 +618,11 @@ void Reader::addItem(QList<Item> &into, const QString &categoryId, const QString
         item.Value = text.trimmed().isEmpty() ? word : text.trimmed();
     } else if (const QString record = RecordOf(categoryId, category); !record.isEmpty()) {
         item.RecordCategory = record;
-        if (isXref)
-            item.RecordValue = RecordInRefValues(record) ? QFileInfo(target).fileName() : target;
+        if (isXref && RecordInRefValues(record)) {
+            item.RecordValue = QFileInfo(target).fileName();
+            item.RecordPath = target;
+        } else if (isXref)
+            item.RecordValue = target;
         else if (!target.isEmpty())
             item.RecordId = target;
         else
@@ -706,6 +713,7 @@ void Reader::readRecord(const tbx::Category &record)
         if (type == record.Value) {
             // A file is kept by its own name; the path is where the file was written from.
             in.Value = RecordInRefValues(in.Category) ? QFileInfo(text).fileName() : text;
+            in.Path = text;
             continue;
         }
         const tbx::Category *field = nullptr;
@@ -747,6 +755,7 @@ struct Rows {
     QList<std::tuple<qint32, QString, QString>> Terms;
     QList<std::pair<qint32, qint32>> Pointers;
     QStringList Concepts;
+    QStringList Files; // files of new file records, as the TBX file names them
 };
 
 // The termbase as it stands, as far as the import needs it.
@@ -889,7 +898,7 @@ private:
     // The element of an item under `parent`, and whether it is new: one just like it that is
     // there already stands for it.
     std::pair<qint32, bool> write(qint32 parent, const Item &item, qint32 target);
-    qint32 record(const QString &category, const QString &value);
+    qint32 record(const QString &category, const QString &value, const QString &path);
 
     Reader &m_file;
     Existing &m_existing;
@@ -915,6 +924,8 @@ void Planner::records()
         const QString container = m_vocabulary.Categories.value(r.Category).Parent;
         r.Elem = add(r.Category, m_existing.Containers.value(container));
         (RecordInRefValues(r.Category) ? Out.Ref : Out.Text).append({r.Elem, r.Value});
+        if (RecordInRefValues(r.Category))
+            Out.Files << r.Path;
         for (const auto &[field, value] : r.Fields) {
             if (!value.isEmpty())
                 Out.Text.append({add(field, r.Elem), value});
@@ -923,7 +934,7 @@ void Planner::records()
     }
 }
 
-qint32 Planner::record(const QString &category, const QString &value)
+qint32 Planner::record(const QString &category, const QString &value, const QString &path)
 {
     const QString key = category + QLatin1Char('\n') + value;
     if (const auto found = m_existing.Records.constFind(key);
@@ -932,6 +943,8 @@ qint32 Planner::record(const QString &category, const QString &value)
     const QString container = m_vocabulary.Categories.value(category).Parent;
     const qint32 id = add(category, m_existing.Containers.value(container));
     (RecordInRefValues(category) ? Out.Ref : Out.Text).append({id, value});
+    if (RecordInRefValues(category))
+        Out.Files << path;
     m_existing.Records.insert(key, id);
     return id;
 }
@@ -1054,7 +1067,7 @@ void Planner::item(qint32 parent, const Item &i)
             const IdPlace place = m_file.Ids.value(i.RecordId);
             target = m_file.Records.value(place.Record).Elem;
         } else
-            target = record(i.RecordCategory, i.RecordValue);
+            target = record(i.RecordCategory, i.RecordValue, i.RecordPath);
     }
     const auto [id, fresh] = write(parent, i, target);
     if (fresh) {
@@ -1232,6 +1245,29 @@ QString NewConceptId(const QString &entryId)
     return id;
 }
 
+// The files of new file records, copied beside the termbase as the editor copies a file it
+// records: a path relative to the TBX file's folder, or absolute. One already there is kept.
+void CopyRecordFiles(const QStringList &files, const QDir &from, QStringList &log)
+{
+    const QString name = Process().TermMeta.Name;
+    for (const QString &file : files) {
+        if (file.isEmpty())
+            continue;
+        const QFileInfo source(from, file);
+        if (!source.isFile()) {
+            log << QStringLiteral("the file %1 is not there: its record was kept without it")
+                       .arg(file);
+            continue;
+        }
+        for (const QString &folder : {TermbaseBackFolder(name), TermbasePublishFolder(name)}) {
+            const QString copy = QDir(folder).filePath(source.fileName());
+            QDir().mkpath(folder);
+            if (!QFileInfo::exists(copy) && !QFile::copy(source.absoluteFilePath(), copy))
+                log << QStringLiteral("the file %1 could not be copied to %2").arg(file, folder);
+        }
+    }
+}
+
 void WriteLog(const QString &path, const QStringList &lines)
 {
     if (path.isEmpty())
@@ -1389,6 +1425,7 @@ TbxImportResult ImportTbx(const QString &inFile, const TbxImportOptions &options
     }
     for (const QString &id : std::as_const(toAdd))
         PropagateConceptToTermBases(id, {}, opAddConcept);
+    CopyRecordFiles(plan.Out.Files, QFileInfo(inFile).absoluteDir(), result.Log);
     result.LastElemID = plan.last();
     result.Log << QStringLiteral("%1 entries added, %2 merged, %3 left out; %4 new terms.")
                       .arg(result.Added)

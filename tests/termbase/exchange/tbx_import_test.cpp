@@ -300,6 +300,59 @@ TEST_F(TbxImportTest, AParentThatIsNoConceptRefusesTheWholeImport)
     EXPECT_EQ(changed(before, snapshot()), "");
 }
 
+// What the termbase can't hold as the file has it is kept as a note and said; a cross-reference
+// to an entry left out is dropped and said; a picture the file points at is copied beside the
+// termbase.
+TEST_F(TbxImportTest, WhatCantStandAsItIsBecomesANoteAndFilesAreCopied)
+{
+    QDir().mkpath(QStringLiteral("in/pictures"));
+    {
+        QFile picture(QStringLiteral("in/pictures/stone.png"));
+        ASSERT_TRUE(picture.open(QIODevice::WriteOnly));
+        picture.write("png");
+    }
+    const QString in =
+        write(QStringLiteral("in/odd.tbx"),
+              QStringLiteral(
+                  "<tbx type='TBX-Basic' style='dca' xml:lang='en' "
+                  "xmlns='urn:iso:std:iso:30042:ed-2'><text><body>\n"
+                  "<conceptEntry id='OBJECT'>\n"
+                  "<xref type='xGraphic' target='pictures/stone.png'>stone</xref>\n"
+                  "<termNote type='partOfSpeech'>noun</termNote>\n"
+                  "<langSec xml:lang='en'><termSec><term>object</term>\n"
+                  "<termNote type='partOfSpeech'>pronoun</termNote>\n"
+                  "<termNote type='termType'>variant</termNote>\n"
+                  "<ref type='crossReference' target='t-x'>see x</ref>\n"
+                  "<transacGrp><transac type='transactionType'>origination</transac>"
+                  "<date>someday</date></transacGrp>\n"
+                  "</termSec></langSec></conceptEntry>\n"
+                  "<conceptEntry id='NO-SUCH-CONCEPT'><langSec xml:lang='en'><termSec id='t-x'>"
+                  "<term>x</term></termSec></langSec></conceptEntry>\n"
+                  "</body></text></tbx>"));
+    const TbxImportResult r = import(in);
+    ASSERT_FALSE(r.Failed) << r.Log.join(QLatin1Char('\n')).toStdString();
+    const auto said = [&](const char *text) {
+        return !r.Log.filter(QString::fromUtf8(text)).isEmpty();
+    };
+    // A value outside its closed list; a date that isn't one; a term's category on the entry.
+    EXPECT_TRUE(said("line 6: the value \"pronoun\" of partOfSpeech is not in its list"));
+    EXPECT_TRUE(said("line 9: \"someday\" is not a date"));
+    EXPECT_TRUE(said("line 4: a partOfSpeech can't stand under a termEntry"));
+    EXPECT_EQ(
+        values(QStringLiteral("8")),
+        (QStringList{"partOfSpeech: noun", "partOfSpeech: pronoun", "originationDate: someday"}));
+    EXPECT_EQ(values(QStringLiteral("2.1"), "picklist_values"), QStringList{"variant"});
+    EXPECT_TRUE(said("line 8: the cross-reference to \"t-x\" points at no term"));
+    EXPECT_TRUE(values(QStringLiteral("10.18")).isEmpty());
+    EXPECT_EQ(r.Skipped, 1);
+
+    EXPECT_EQ(targets(QStringLiteral("5.5.1"), "ref_values"), QStringList{"stone.png"});
+    EXPECT_TRUE(
+        QFile::exists(TermbaseBackFolder(Process().TermMeta.Name) + QStringLiteral("/stone.png")));
+    EXPECT_TRUE(QFile::exists(TermbasePublishFolder(Process().TermMeta.Name) +
+                              QStringLiteral("/stone.png")));
+}
+
 // Every element of the entries as a line of what it holds, with the path of its ancestors and
 // what it points at, so that two termbases with other numbers compare.
 QStringList EntryLines()
