@@ -254,7 +254,6 @@ private:
     void readTransaction(QList<Item> &into, Level level, const QString &lang);
     void readBack();
     void readRecord(const tbx::Category &record);
-    void skipHeader();
 
     void addItem(QList<Item> &into, const QString &categoryId, const QString &text,
                  const QString &target, const QString &lang, qint64 at, bool isXref = false);
@@ -267,8 +266,7 @@ private:
     QXmlStreamReader m_xml;
     const Vocabulary &m_vocabulary;
     QStringList &m_log;
-    bool m_old = false; // the martif form
-    IdPlace m_here;     // the entry, section and term being read
+    IdPlace m_here; // the entry, section and term being read
 };
 
 void Reader::registerId(const IdPlace &place)
@@ -309,7 +307,6 @@ bool Reader::checkRoot()
         return true;
     }
     if (name == u"martif") {
-        m_old = true;
         if (!type.startsWith(QLatin1String("TBX-Basic"))) {
             error(line(), QStringLiteral("the dialect \"%1\" is not TBX-Basic").arg(type));
             return false;
@@ -331,7 +328,7 @@ bool Reader::read()
     while (m_xml.readNextStartElement()) {
         const QStringView name = m_xml.name();
         if (name == u"tbxHeader" || name == u"martifHeader")
-            skipHeader();
+            m_xml.skipCurrentElement(); // the header says nothing the termbase keeps
         else if (name == u"text")
             readText(lang);
         else {
@@ -342,11 +339,6 @@ bool Reader::read()
     if (m_xml.hasError())
         error(line(), QStringLiteral("not XML: ") + m_xml.errorString());
     return !Failed;
-}
-
-void Reader::skipHeader()
-{
-    m_xml.skipCurrentElement();
 }
 
 void Reader::readText(const QString &lang)
