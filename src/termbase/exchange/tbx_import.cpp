@@ -20,6 +20,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QTextStream>
 #include <QXmlStreamReader>
@@ -180,6 +181,13 @@ const tbx::Category *CrossReferenceNamed(const QString &text)
             return &c;
     }
     return plain;
+}
+
+// A target that names a file by its path, not an address of the web or of mail.
+bool IsFilePath(const QString &target)
+{
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
+    return !target.isEmpty() && !scheme.match(target).hasMatch();
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -484,6 +492,10 @@ void Reader::readValue(QList<Item> &into, Level level, const QString &lang, cons
         category = tbx::CategoryFromTbx(element, type, {}, !target.isEmpty());
     if (category && category->Id == QLatin1String("10.18"))
         category = CrossReferenceNamed(text.trimmed());
+    // An external reference to a path rather than an address is a file: a sound, a video, a
+    // table or other binary data, kept as a file record.
+    if (category && category->Id == QLatin1String("10.21.1") && IsFilePath(target))
+        category = tbx::FindCategory(u"5.5.5");
     if (!category) {
         if (!tbx::FixedTbxValues(element, type).isEmpty())
             asNote(into, type, text, lang, at,

@@ -456,6 +456,7 @@ TEST_F(TbxImportTest, ARoundTripThroughTbxKeepsEntriesTermsAndCategories)
     put("8", Source::Text, QStringLiteral("checked"), def, en);
     put("4", Source::Picklist, QStringLiteral("transport"), a);
     put("5.5.1", Source::Refs, QStringLiteral("stone.png"), a);
+    put("5.5.2", Source::Refs, QStringLiteral("stone.png"), a);
     put("10.3.3", Source::Refs, QStringLiteral("ACME"), a);
     put("10.7.1", Source::Date, QStringLiteral("05/03/2024"), a);
     put("10.2.2.1", Source::Picklist, QStringLiteral("jd"), a);
@@ -489,8 +490,8 @@ TEST_F(TbxImportTest, ARoundTripThroughTbxKeepsEntriesTermsAndCategories)
     EXPECT_TRUE(
         CompleteCrossReference(editor, t3, t1, QStringLiteral("1"), QStringLiteral("9.2.3")));
 
-    // What TBX-Basic can't carry: a source of a term read back as a plain source, an entry
-    // without terms left out.
+    // What TBX-Basic can't carry: a source of a term read back as a plain source, a sound (as
+    // video, a table) as other binary data, an entry without terms left out.
     put("10.19.2", Source::Text, QStringLiteral("the lab"), t3);
     put("0.3", Source::Concepts, QStringLiteral("EVENT"), kBody);
 
@@ -513,6 +514,7 @@ TEST_F(TbxImportTest, ARoundTripThroughTbxKeepsEntriesTermsAndCategories)
     EXPECT_EQ(after.size(), before.size() - 1);
 
     before.replaceInStrings(QStringLiteral("10.19.2=the lab"), QStringLiteral("10.19.1=the lab"));
+    before.replaceInStrings(QStringLiteral("/ 5.5.2=@"), QStringLiteral("/ 5.5.5=@"));
     before.removeAll(QStringLiteral("0.3=EVENT@"));
     before.sort();
     EXPECT_EQ(changed(before, after), "");
