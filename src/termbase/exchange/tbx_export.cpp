@@ -737,19 +737,32 @@ TbxExportResult ExportTbx(const QString &termbasePath, const QString &outPath,
     }
 }
 
+namespace {
+
+QString Count(int n, const char *one, const char *many)
+{
+    return QString::number(n) + QLatin1Char(' ') + QString::fromLatin1(n == 1 ? one : many);
+}
+
+} // namespace
+
 QString TbxExportSummary(const TbxExportResult &result)
 {
-    QString text = QString::number(result.Entries) + QStringLiteral(" entries, ") +
-                   QString::number(result.Terms) + QStringLiteral(" terms");
+    QString text = Count(result.Entries, "entry", "entries") + QStringLiteral(", ") +
+                   Count(result.Terms, "term", "terms");
     if (result.Notes > 0)
-        text += QStringLiteral("; ") + QString::number(result.Notes) +
-                QStringLiteral(" elements as notes, having no TBX-Basic counterpart there");
+        text += QStringLiteral("; ") +
+                Count(result.Notes, "element written as a note", "elements written as notes") +
+                QStringLiteral(" for want of a TBX-Basic counterpart");
     if (result.EntriesWithoutTerms > 0)
-        text += QStringLiteral("; ") + QString::number(result.EntriesWithoutTerms) +
-                QStringLiteral(" entries without terms left out");
+        text += QStringLiteral("; ") +
+                Count(result.EntriesWithoutTerms, "entry without terms", "entries without terms") +
+                QStringLiteral(" left out");
     if (result.SectionsWithoutTerms > 0)
-        text += QStringLiteral("; ") + QString::number(result.SectionsWithoutTerms) +
-                QStringLiteral(" language sections without terms left out");
+        text += QStringLiteral("; ") +
+                Count(result.SectionsWithoutTerms, "language section without terms",
+                      "language sections without terms") +
+                QStringLiteral(" left out");
     return text + QLatin1Char('.');
 }
 

@@ -234,9 +234,9 @@ TEST_F(TbxExportTest, WritesEachEntryWithItsSectionsTermsAndCategories)
     EXPECT_EQ(result.EntriesWithoutTerms, 1);
     EXPECT_EQ(result.SectionsWithoutTerms, 1);
     EXPECT_EQ(TbxExportSummary(result),
-              QStringLiteral("3 entries, 4 terms; 3 elements as notes, having no TBX-Basic "
-                             "counterpart there; 1 entries without terms left out; 1 language "
-                             "sections without terms left out."));
+              QStringLiteral("3 entries, 4 terms; 3 elements written as notes for want of a "
+                             "TBX-Basic counterpart; 1 entry without terms left out; 1 language "
+                             "section without terms left out."));
 }
 
 TEST_F(TbxExportTest, TheBackmatterHoldsTheRecordsThatEntriesPointAt)
