@@ -15,6 +15,7 @@
 #include "ontology/store/seed.h"
 #include "publish/ontology_site.h"
 #include "termbase/exchange/tbx_export.h"
+#include "termbase/exchange/tbx_import.h"
 #include "termbase/store/lifecycle.h"
 #include "termbase/store/tb_editor.h"
 
@@ -53,6 +54,10 @@ const char *const kUsage =
     "  tb-new FILE.ltb FILE.ont              a new termbase under the ontology, named after\n"
     "                                        its file (not in the ontology's folder)\n"
     "  tbx-export FILE.ltb OUT.tbx           the termbase as TBX-Basic\n"
+    "  tbx-import FILE.ltb IN.tbx [--log F] [--add-concepts-under PARENT]\n"
+    "                                        a TBX-Basic file into the termbase: all or\n"
+    "                                        nothing; entries of concepts the ontology lacks\n"
+    "                                        are left out, or added under PARENT\n"
     "Each command takes --help; --yes answers the program's questions with yes.\n";
 
 // A new ontology takes its name from its file.
@@ -128,6 +133,7 @@ struct Arguments {
     QStringList flags;
     QString log;
     QString base;
+    QString parent;
 
     bool has(const char *flag) const { return flags.contains(QLatin1String(flag)); }
 };
@@ -141,6 +147,8 @@ Arguments Parse(const QStringList &args)
             parsed.log = args[++i];
         else if (arg == QLatin1String("--base") && i + 1 < args.size())
             parsed.base = args[++i];
+        else if (arg == QLatin1String("--add-concepts-under") && i + 1 < args.size())
+            parsed.parent = args[++i];
         else if (arg.startsWith(QLatin1String("--")))
             parsed.flags << arg;
         else
@@ -341,6 +349,73 @@ int TbxExport(const Arguments &a, cli::ConsoleInteraction &)
     return 0;
 }
 
+// The working ontology a termbase file names, read without opening the termbase for writing.
+QString WorkingOntologyOf(const QString &termbase)
+{
+    store::Database db = store::DBEngine::OpenDatabase(termbase, false, true, QString());
+    QString ontology;
+    store::ForEachRow(db, QStringLiteral("SELECT Ontology FROM MetaData"),
+                      [&](const store::Recordset &rs) {
+                          if (ontology.isEmpty())
+                              ontology = store::TextOrEmpty(rs.Value(u"Ontology"));
+                      });
+    db.Close();
+    return ontology;
+}
+
+// Opens the termbase under its working ontology, imports, closes both. The log goes to --log, or
+// to stdout; status 1 when the file was refused and nothing was written.
+int TbxImport(const Arguments &a, cli::ConsoleInteraction &ui)
+{
+    if (a.plain.size() != 2)
+        return Usage;
+    const QString termbase = QFileInfo(a.plain[0]).absoluteFilePath();
+    if (!QFileInfo(termbase).isFile())
+        return Fail(QStringLiteral("no such file: ") + a.plain[0]);
+    if (!QFileInfo(a.plain[1]).isFile())
+        return Fail(QStringLiteral("no such file: ") + a.plain[1]);
+    QString ontology;
+    try {
+        ontology = WorkingOntologyOf(termbase);
+    } catch (const store::StoreError &error) {
+        return Fail(QStringLiteral("not a Lexarbor termbase: ") + a.plain[0] +
+                    QStringLiteral(" (") + error.description() + QLatin1Char(')'));
+    }
+    ConsoleEditor editor;
+    if (!Open(editor, ui, ontology))
+        return Failure;
+    ConsoleTermbaseEditor window;
+    ProcessState &p = Process();
+    p.TermPath = termbase;
+    p.TermFolder = FolderOf(termbase);
+    OpenTermbase(window, p.TermPath);
+    if (p.TermPath.isEmpty()) {
+        Close(editor);
+        return Fail(QStringLiteral("cannot open ") + a.plain[0]);
+    }
+    TbxImportOptions options;
+    options.LogFile = a.log;
+    options.AddConceptsUnder = a.parent;
+    TbxImportResult result;
+    try {
+        result = ImportTbx(a.plain[1], options, [](qint64 done, qint64 total) {
+            Progress(QStringLiteral("Importing"), int(done), int(total));
+        });
+    } catch (const store::StoreError &error) {
+        CloseTermbase(window);
+        Close(editor);
+        return Fail(error.description());
+    }
+    CloseTermbase(window);
+    Close(editor);
+    if (a.log.isEmpty()) {
+        for (const QString &line : std::as_const(result.Log))
+            Print(line);
+    } else
+        Print(result.Log.last());
+    return result.Failed ? Fail(QStringLiteral("nothing was imported from ") + a.plain[1]) : 0;
+}
+
 int Walk(const Arguments &a, cli::ConsoleInteraction &ui)
 {
     if (a.plain.size() != 3)
@@ -451,7 +526,8 @@ int main(int argc, char **argv)
                  {QStringLiteral("inherit"), Inherit},
                  {QStringLiteral("skos-export"), SkosExport},
                  {QStringLiteral("tb-new"), TbNew},
-                 {QStringLiteral("tbx-export"), TbxExport}};
+                 {QStringLiteral("tbx-export"), TbxExport},
+                 {QStringLiteral("tbx-import"), TbxImport}};
     const auto found = commands.find(command);
     if (found == commands.end()) {
         std::fputs(kUsage, stderr);

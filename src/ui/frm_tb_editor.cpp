@@ -5,6 +5,7 @@
 #include "core/process.h"
 #include "termbase/edit/categories.h"
 #include "termbase/exchange/tbx_export.h"
+#include "termbase/exchange/tbx_import.h"
 #include "termbase/store/lifecycle.h"
 #include "ui/forms.h"
 #include "ui/frm_about.h"
@@ -104,6 +105,7 @@ void frmTBEDitor::buildMenus()
     mnuFileOPen = MakeItem(mnuFile, "mnuFileOPen", QStringLiteral("&Open"));
     mnuFileClose = MakeItem(mnuFile, "mnuFileClose", QStringLiteral("&Close"));
     mnuFileExportTbx = MakeItem(mnuFile, "mnuFileExportTbx", QStringLiteral("Export as TBX..."));
+    mnuFileImportTbx = MakeItem(mnuFile, "mnuFileImportTbx", QStringLiteral("Import TBX..."));
     mnuFile->addSeparator();
     mnuFileProperties = MakeItem(mnuFile, "mnuFileProperties", QStringLiteral("P&roperties"));
     mnuFilePrint = MakeItem(mnuFile, "mnuFilePrint", QStringLiteral("&Print"));
@@ -145,6 +147,7 @@ void frmTBEDitor::buildMenus()
     route(mnuFileProperties, &frmTBEDitor::mnuFileProperties_Click);
     route(mnuFileExit, &frmTBEDitor::mnuFileExit_Click);
     route(mnuFileExportTbx, &frmTBEDitor::mnuFileExportTbx_Click);
+    route(mnuFileImportTbx, &frmTBEDitor::mnuFileImportTbx_Click);
     route(mnuToolsOptions, &frmTBEDitor::mnuToolsOptions_Click);
     connect(mnuToolsGenHTML, &QAction::triggered, this, [] { RunCommand(ShowTermbaseReports); });
     route(mnuHelpTool, &frmTBEDitor::mnuHelpTool_Click);
@@ -240,6 +243,7 @@ void frmTBEDitor::setEditorCommands(bool enabled, int lastButton)
     mnuFileClose->setEnabled(enabled);
     mnuFileProperties->setEnabled(enabled);
     mnuFileExportTbx->setEnabled(enabled);
+    mnuFileImportTbx->setEnabled(enabled);
     mnuFilePrint->setEnabled(enabled);
     mnuEdit->menuAction()->setVisible(enabled);
     mnuTools->menuAction()->setVisible(enabled);
@@ -396,6 +400,19 @@ void frmTBEDitor::mnuFileExportTbx_Click()
     ExportOpenTermbaseAsTbx([this](int done, int total) {
         ProgressBar1->setRange(0, total);
         ProgressBar1->setValue(done);
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
+    ProgressBar1->hide();
+}
+
+// The import shows its progress in the status bar and reloads the tree when it has written.
+void frmTBEDitor::mnuFileImportTbx_Click()
+{
+    ProgressBar1->setRange(0, 0);
+    ProgressBar1->show();
+    ImportTbxIntoOpenTermbase(*this, [this](qint64 done, qint64 total) {
+        ProgressBar1->setRange(0, int(total));
+        ProgressBar1->setValue(int(done));
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     });
     ProgressBar1->hide();

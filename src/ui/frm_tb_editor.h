@@ -79,6 +79,7 @@ public:
     void mnuToolsOptions_Click();
     void mnuHelpTool_Click();
     void mnuFileExportTbx_Click();
+    void mnuFileImportTbx_Click();
     // The two modes and the browser (frm_tb_editor_modes.cpp). The mode is the check of
     // mnuEditBrowser.
     void ShowEditor();
@@ -157,7 +158,7 @@ public:
 
     QMenu *mnuFile, *mnuEdit, *mnuTools, *mnuHelp;
     QAction *mnuFileNew, *mnuFileOPen, *mnuFileClose, *mnuFileProperties, *mnuFilePrint,
-        *mnuFileExit, *mnuFileExportTbx;
+        *mnuFileExit, *mnuFileExportTbx, *mnuFileImportTbx;
     QAction *mnuEditFind, *mnuEditEditor, *mnuEditBrowser, *mnuToolsGenHTML, *mnuToolsOptions;
     QAction *mnuHelpTool, *mnuHelpAbout;
     QToolBar *ToolBar1;

@@ -177,4 +177,61 @@ TEST_F(CliTest, TbNewMakesATermbaseThatTbxExportWrites)
     EXPECT_EQ(run({"tbx-export", "--help"}).status, 0);
 }
 
+// The import puts a TBX file's entries into a termbase from the command line, under the
+// termbase's own working ontology; a bad file changes nothing and ends with status 1.
+TEST_F(CliTest, TbxImportReadsAFileIntoATermbase)
+{
+    EXPECT_TRUE(run({"tbx-import", "--help"}).out.contains(QStringLiteral("--add-concepts-under")));
+    ASSERT_EQ(run({"new", path("a.ont")}).status, 0);
+    ASSERT_TRUE(QDir(dir.path()).mkdir(QStringLiteral("tb")));
+    ASSERT_EQ(run({"tb-new", path("tb/words.ltb"), path("a.ont")}).status, 0);
+    const auto write = [this](const char *name, const QByteArray &text) {
+        QFile file(path(QString::fromLatin1(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return path(QString::fromLatin1(name));
+    };
+    const QString in = write(
+        "in.tbx", "<tbx type='TBX-Basic' style='dca' xml:lang='en' "
+                  "xmlns='urn:iso:std:iso:30042:ed-2'><text><body>\n"
+                  "<conceptEntry id='OBJECT'><langSec xml:lang='en'><termSec><term>thing</term>"
+                  "</termSec></langSec></conceptEntry>\n"
+                  "<conceptEntry id='UNICORN'><langSec xml:lang='en'><termSec><term>unicorn</term>"
+                  "</termSec></langSec></conceptEntry>\n</body></text></tbx>\n");
+    const Outcome first = run({"tbx-import", path("tb/words.ltb"), in});
+    EXPECT_EQ(first.status, 0) << first.err.toStdString();
+    EXPECT_TRUE(first.out.contains(QStringLiteral("line 3: the concept \"UNICORN\" is not in")))
+        << first.out.toStdString();
+    EXPECT_TRUE(first.out.contains(QStringLiteral("1 entries added, 0 merged, 1 left out")));
+
+    const Outcome second = run({"tbx-import", path("tb/words.ltb"), in, "--add-concepts-under",
+                                "OBJECT", "--log", path("import.log")});
+    EXPECT_EQ(second.status, 0) << second.err.toStdString();
+    EXPECT_EQ(second.out, QStringLiteral("1 entries added, 1 merged, 0 left out; 1 new terms.\n"));
+    QFile log(path("import.log"));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(log.readAll().contains("the concept \"UNICORN\" is added under \"OBJECT\""));
+    EXPECT_EQ(run({"walk", path("a.ont"), "parents", "UNICORN"}).out, QStringLiteral("OBJECT\n"));
+
+    ASSERT_EQ(run({"tbx-export", path("tb/words.ltb"), path("out.tbx")}).status, 0);
+    QFile out(path("out.tbx"));
+    ASSERT_TRUE(out.open(QIODevice::ReadOnly));
+    const QByteArray exported = out.readAll();
+    EXPECT_TRUE(exported.contains("<term>thing</term>") &&
+                exported.contains("<term>unicorn</term>"));
+
+    const QString bad = write("bad.tbx", "<tbx type='TBX-Basic' style='dca' xml:lang='en' "
+                                         "xmlns='urn:iso:std:iso:30042:ed-2'><text><body>\n"
+                                         "<conceptEntry id='EVENT'>\n<langSec><termSec><term>x"
+                                         "</term></termSec></langSec></conceptEntry>\n"
+                                         "</body></text></tbx>\n");
+    const Outcome refused = run({"tbx-import", path("tb/words.ltb"), bad});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.out.contains(QStringLiteral("line 3: a language section without")))
+        << refused.out.toStdString();
+    EXPECT_TRUE(refused.err.startsWith(QStringLiteral("lexarbor-cli: nothing was imported")));
+    EXPECT_EQ(run({"tbx-import", path("none.ltb"), in}).status, 1);
+    EXPECT_EQ(run({"tbx-import", path("tb/words.ltb")}).status, 2);
+}
+
 } // namespace

@@ -128,6 +128,34 @@ WriteBatch::~WriteBatch()
     }
 }
 
+Transaction::Transaction(const Database &db) : m_connection(db.m_connection)
+{
+    Connection &c = db.connection();
+    c.ensureWritable();
+    c.exec(QStringLiteral("SAVEPOINT all_or_nothing"));
+}
+
+void Transaction::Commit()
+{
+    m_connection->exec(QStringLiteral("RELEASE all_or_nothing"));
+    m_done = true;
+}
+
+Transaction::~Transaction()
+{
+    if (m_done || !m_connection->isOpen())
+        return;
+    try {
+        // Cursors part way through a statement read their rest before the rows go.
+        m_connection->finishPendingReads();
+        m_connection->exec(QStringLiteral("ROLLBACK TO all_or_nothing"));
+        m_connection->exec(QStringLiteral("RELEASE all_or_nothing"));
+    } catch (const StoreError &) {
+        // Nothing to report to from here: SQLite ends the transaction with the connection.
+    }
+    m_connection->noteChange();
+}
+
 QStringList ReadColumn(Database &db, const QString &query, QStringView field)
 {
     QStringList values;

@@ -54,6 +54,7 @@ private:
     friend class DBEngine;
     friend class Workspace;
     friend class WriteBatch;
+    friend class Transaction;
     friend struct detail::DatabaseAccess; // graph walks (graph.cpp) run their own query
     explicit Database(std::shared_ptr<detail::Connection> connection);
     detail::Connection &connection() const;
@@ -75,6 +76,23 @@ public:
 
 private:
     std::shared_ptr<detail::Connection> m_connection;
+};
+
+// All or nothing: what is written to the file while it lives stays only if Commit is called;
+// otherwise the destructor takes every row back. For a run of writes that must not be left half
+// done, such as an import. A batch may run inside it; it may not run inside a batch.
+class Transaction {
+public:
+    explicit Transaction(const Database &db);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+    void Commit();
+
+private:
+    std::shared_ptr<detail::Connection> m_connection;
+    bool m_done = false;
 };
 
 // One field of every row of a query, read as a snapshot, Null as the empty text.

@@ -53,4 +53,33 @@ TEST_F(StoreTest, WriteBatchCommitsItsRowsTogetherWhenItEnds)
     EXPECT_EQ(CommittedParents(path), 5);
 }
 
+TEST_F(StoreTest, ATransactionKeepsItsRowsOnlyWhenCommitted)
+{
+    const QString path = folder.path(QStringLiteral("t.ont"));
+    addParent(QStringLiteral("A"));
+    Recordset open = db.OpenRecordset(QStringLiteral("SELECT * FROM PARENTS"), dbOpenDynaset);
+    {
+        Transaction all(db);
+        addParent(QStringLiteral("B"));
+        {
+            const WriteBatch inner(db);
+            addParent(QStringLiteral("C"));
+        }
+        EXPECT_EQ(CommittedParents(path), 1);
+        // Not committed: everything since it began goes, the batch inside it too.
+    }
+    EXPECT_EQ(CommittedParents(path), 1);
+    Recordset rs = db.OpenRecordset(QStringLiteral("PARENTS"), dbOpenTable);
+    EXPECT_EQ(column(rs, QStringLiteral("Key")), QStringList{"A"});
+    // A cursor opened before sees the rows as they are again.
+    open.Requery();
+    EXPECT_EQ(open.RecordCount(), 1);
+    {
+        Transaction all(db);
+        addParent(QStringLiteral("D"));
+        all.Commit();
+    }
+    EXPECT_EQ(CommittedParents(path), 2);
+}
+
 } // namespace
