@@ -1,3 +1,4 @@
+#include "core/store/database.h"
 #include "open_ontology_fixture.h"
 #include "ui/frm_import.h"
 #include "ui/frm_onto_edit.h"
@@ -217,6 +218,22 @@ TEST_F(StartWithFile, ATermbaseThatCantBeReadSaysWhyAndOpensNothing)
     user.answerMsgBox(lx::msg::OK);
     lx::ui::Main(frmSplash::DefaultInterval, {text});
     EXPECT_EQ(user.calls().last().text, QStringLiteral("Not an Lexarbor termbase - ") + text);
+    EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
+
+    // A termbase without its metadata row names no working ontology.
+    const QString termbase = makeTermbase();
+    {
+        lx::store::Database db = lx::store::DBEngine::OpenDatabase(termbase);
+        lx::store::Recordset rows =
+            db.OpenRecordset(QStringLiteral("MetaData"), lx::store::dbOpenTable);
+        for (; !rows.Eof(); rows.MoveNext())
+            rows.Delete();
+        rows.Close();
+        db.Close();
+    }
+    user.answerMsgBox(lx::msg::OK);
+    lx::ui::Main(frmSplash::DefaultInterval, {termbase});
+    EXPECT_EQ(user.calls().last().text, QStringLiteral("Not an Lexarbor termbase - ") + termbase);
     EXPECT_TRUE(lx::Process().OntoPath.isEmpty());
 }
 

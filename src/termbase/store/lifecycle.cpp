@@ -283,6 +283,9 @@ std::optional<QString> WorkingOntologyOf(const QString &path)
         TermMetaData meta;
         ReadTermMetaData(db, meta);
         db.Close();
+        // Without its metadata row a file names no ontology and is no termbase.
+        if (meta.Ontology.isEmpty())
+            throw StoreError::make(err::UnrecognizedFormat, path);
         return meta.Ontology;
     } catch (const StoreError &error) {
         ReportOpenError(error, path);
