@@ -16,7 +16,6 @@
 #include "ui/named.h"
 #include "ui/window_place.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFile>
@@ -177,21 +176,9 @@ void frmOntoNav::connectControls()
 {
     connect(lblGoTo, &SignalLabel::captionChanged, this,
             Command(this, &frmOntoNav::lblGoTo_Change));
-    connect(Tree1, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove())
-            RunCommand([this, item] { Tree1_Expand(item); });
-    });
-    connect(Tree1, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove())
-            RunCommand([this, item] { Tree1_Collapse(item); });
-    });
-    connect(Tree1, &QTreeWidget::itemClicked, this,
-            [this](QTreeWidgetItem *item) { RunCommand([this, item] { Tree1_NodeClick(item); }); });
-    // The keys move the selection as a click does; a mouse press leaves it to the click.
-    connect(Tree1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove() && item && QApplication::mouseButtons() == Qt::NoButton)
-            RunCommand([this, item] { Tree1_NodeClick(item); });
-    });
+    m_mirror.ConnectUser(this, {[this](QTreeWidgetItem *item) { Tree1_Expand(item); },
+                                [this](QTreeWidgetItem *item) { Tree1_Collapse(item); },
+                                [this](QTreeWidgetItem *item) { Tree1_NodeClick(item); }});
     connect(cbxFind, &QComboBox::editTextChanged, this,
             [this] { RunCommand([this] { cbxFind_Change(); }); });
     connect(cbxFind, &QComboBox::activated, this,

@@ -12,7 +12,6 @@
 #include "ui/named.h"
 #include "ui/window_place.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -167,21 +166,9 @@ void frmPartTree::buildMenu()
 
 void frmPartTree::connectControls()
 {
-    connect(Tree1, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove())
-            RunCommand([this, item] { Tree1_Expand(item); });
-    });
-    connect(Tree1, &QTreeWidget::itemCollapsed, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove())
-            RunCommand([this, item] { Tree1_Collapse(item); });
-    });
-    connect(Tree1, &QTreeWidget::itemClicked, this,
-            [this](QTreeWidgetItem *item) { RunCommand([this, item] { Tree1_NodeClick(item); }); });
-    // The keys move the selection as a click does; a mouse press leaves it to the click.
-    connect(Tree1, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem *item) {
-        if (!m_mirror.ProgramMove() && item && QApplication::mouseButtons() == Qt::NoButton)
-            RunCommand([this, item] { Tree1_NodeClick(item); });
-    });
+    m_mirror.ConnectUser(this, {[this](QTreeWidgetItem *item) { Tree1_Expand(item); },
+                                [this](QTreeWidgetItem *item) { Tree1_Collapse(item); },
+                                [this](QTreeWidgetItem *item) { Tree1_NodeClick(item); }});
     connect(cbxFind, &QComboBox::editTextChanged, this,
             [this] { RunCommand([this] { cbxFind_Change(); }); });
     connect(cbxFind, &QComboBox::activated, this, [this] { cbxFind_Click(); });

@@ -1,5 +1,8 @@
 #include "ui/tree_mirror.h"
 
+#include "core/command.h"
+
+#include <QApplication>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 
@@ -11,6 +14,27 @@ void TreeMirror::Show(QTreeWidget *widget, const HierarchyTree *tree)
 {
     m_widget = widget;
     m_tree = tree;
+}
+
+void TreeMirror::ConnectUser(QObject *context, const UserHandlers &handlers)
+{
+    const auto byUser = [this](const std::function<void(QTreeWidgetItem *)> &handler) {
+        return [this, handler](QTreeWidgetItem *item) {
+            if (!m_programMove)
+                RunCommand([&handler, item] { handler(item); });
+        };
+    };
+    QObject::connect(m_widget, &QTreeWidget::itemExpanded, context, byUser(handlers.Expand));
+    QObject::connect(m_widget, &QTreeWidget::itemCollapsed, context, byUser(handlers.Collapse));
+    QObject::connect(m_widget, &QTreeWidget::itemClicked, context,
+                     [click = handlers.Click](QTreeWidgetItem *item) {
+                         RunCommand([&click, item] { click(item); });
+                     });
+    QObject::connect(m_widget, &QTreeWidget::currentItemChanged, context,
+                     [this, click = handlers.Click](QTreeWidgetItem *item) {
+                         if (!m_programMove && item && QApplication::mouseButtons() == Qt::NoButton)
+                             RunCommand([&click, item] { click(item); });
+                     });
 }
 
 QTreeWidgetItem *TreeMirror::ItemOf(Node node) const

@@ -5,6 +5,7 @@
 #include <functional>
 #include <vector>
 
+class QObject;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -20,6 +21,15 @@ public:
     // `collapsed` runs after each collapse the tree reports (a window empties its find box).
     explicit TreeMirror(std::function<void()> collapsed = {});
     void Show(QTreeWidget *widget, const HierarchyTree *tree);
+
+    // The window's handlers of what the user does in the widget; each runs as a command.
+    struct UserHandlers {
+        std::function<void(QTreeWidgetItem *)> Expand, Collapse, Click;
+    };
+    // Connects the widget's signals to `handlers` for as long as `context` lives. The program's
+    // own moves are passed over; the keys move the selection as a click does, while a mouse
+    // press leaves it to the click.
+    void ConnectUser(QObject *context, const UserHandlers &handlers);
 
     QTreeWidgetItem *ItemOf(Node node) const;
     static Node NodeOf(const QTreeWidgetItem *item);
