@@ -22,18 +22,8 @@ using namespace lx;
 
 namespace {
 
-QString Beside(const QString &name)
-{
-    return QFileInfo(bench::HierarchyFile()).dir().filePath(name);
-}
-
-void CopyFresh(const QString &from, const QString &to)
-{
-    for (const char *suffix : {"", "-wal", "-shm"})
-        QFile::remove(to + QLatin1String(suffix));
-    if (!QFile::copy(from, to))
-        throw std::runtime_error("cannot copy a bench file");
-}
+using bench::Beside;
+using bench::CopyFresh;
 
 // The hierarchy, openable (languages "en" and "fr").
 const QString &NamingTemplate()

@@ -22,10 +22,7 @@ using namespace lx;
 
 namespace {
 
-QString Beside(const QString &name)
-{
-    return QFileInfo(bench::HierarchyFile()).dir().filePath(name);
-}
+using bench::Beside;
 
 // Two relations and two attributes on each ancestor of the deep concept, out of a few names so
 // that nearer ancestors replace what farther ones gave; some are defaults.
@@ -52,9 +49,7 @@ const QString &PageOntology()
 {
     static const QString path = [] {
         const QString p = Beside(QStringLiteral("concept-page.ont"));
-        QFile::remove(p);
-        if (!QFile::copy(bench::HierarchyFile(), p))
-            throw std::runtime_error("cannot copy the hierarchy");
+        bench::CopyFresh(bench::HierarchyFile(), p);
         const std::string deep = bench::DeepConcept().toStdString();
         sqlite3 *db = bench::OpenRaw(p);
         bench::Exec(db, "BEGIN");

@@ -25,20 +25,10 @@ using namespace lx;
 
 namespace {
 
+using bench::Beside;
+using bench::CopyFresh;
+
 constexpr int kSlots = 1000;
-
-QString Beside(const QString &name)
-{
-    return QFileInfo(bench::HierarchyFile()).dir().filePath(name);
-}
-
-void CopyFresh(const QString &from, const QString &to)
-{
-    for (const char *suffix : {"", "-wal", "-shm"})
-        QFile::remove(to + QLatin1String(suffix));
-    if (!QFile::copy(from, to))
-        throw std::runtime_error("cannot copy a bench file");
-}
 
 // The hierarchy, openable, with kSlots relation slots naming the deep concept.
 const QString &OntologyTemplate()

@@ -21,18 +21,12 @@ using namespace lx;
 
 namespace {
 
-QString Beside(const QString &name)
-{
-    return QFileInfo(bench::HierarchyFile()).dir().filePath(name);
-}
+using bench::Beside;
 
 QString Copy(const QString &from, const QString &name)
 {
     const QString to = Beside(name);
-    for (const char *suffix : {"", "-wal", "-shm"})
-        QFile::remove(to + QLatin1String(suffix));
-    if (!QFile::copy(from, to))
-        throw std::runtime_error("cannot copy a bench file");
+    bench::CopyFresh(from, to);
     return to;
 }
 

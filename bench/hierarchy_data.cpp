@@ -6,6 +6,8 @@
 #include "ontology/store/schema.h"
 
 #include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -282,6 +284,19 @@ void MakeOpenable(const QString &path, const QString &deep)
     Exec(db, "COMMIT");
     sqlite3_close(db);
     addMetaData(path);
+}
+
+QString Beside(const QString &name)
+{
+    return QFileInfo(HierarchyFile()).dir().filePath(name);
+}
+
+void CopyFresh(const QString &from, const QString &to)
+{
+    for (const char *suffix : {"", "-wal", "-shm"})
+        QFile::remove(to + QLatin1String(suffix));
+    if (!QFile::copy(from, to))
+        throw std::runtime_error("cannot copy a bench file");
 }
 
 } // namespace lx::bench

@@ -27,6 +27,12 @@ QString MidConcept();
 // How many descendants MidConcept has.
 int MidDescendants();
 
+// A file of that name in the folder of the hierarchy files.
+QString Beside(const QString &name);
+// Copies `from` to `to`, over what stood there, side files of the store included. Throws
+// std::runtime_error when it can't.
+void CopyFresh(const QString &from, const QString &to);
+
 // Adds what an open needs to a hierarchy file (MetaData, a subset, two languages) and, on
 // `deep`, names, slots and a note, so that its view has something in every list.
 void MakeOpenable(const QString &path, const QString &deep);

@@ -17,20 +17,14 @@ using namespace lx;
 
 namespace {
 
-QString Beside(const QString &name)
-{
-    return QFileInfo(bench::HierarchyFile()).dir().filePath(name);
-}
+using bench::Beside;
 
 // A copy of the hierarchy with what an open needs, made once.
 const QString &SkosSourceFile()
 {
     static const QString path = [] {
         const QString to = Beside(QStringLiteral("skos-source.ont"));
-        for (const char *suffix : {"", "-wal", "-shm"})
-            QFile::remove(to + QLatin1String(suffix));
-        if (!QFile::copy(bench::HierarchyFile(), to))
-            throw std::runtime_error("cannot copy a bench file");
+        bench::CopyFresh(bench::HierarchyFile(), to);
         bench::MakeOpenable(to, bench::DeepConcept());
         return to;
     }();
