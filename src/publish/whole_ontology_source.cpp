@@ -207,6 +207,17 @@ struct WholeOntologySource::Data {
         return node < 0 ? nullptr : &nodes[size_t(node)];
     }
 
+    // The spellings of a concept's links of one kind, in their order.
+    QStringList spellings(const QString &identifier, std::vector<Link> Node::*links)
+    {
+        QStringList found;
+        if (const Node *node = find(identifier)) {
+            for (const Link &link : node->*links)
+                found << link.spelling;
+        }
+        return found;
+    }
+
     void read();
     QStringList walk(int start, std::vector<Link> Node::*links,
                      std::vector<int> *reached = nullptr);
@@ -476,22 +487,12 @@ QString WholeOntologySource::definition(const QString &identifier)
 
 QStringList WholeOntologySource::parents(const QString &identifier)
 {
-    QStringList found;
-    if (const Node *node = d->find(identifier)) {
-        for (const Link &link : node->parents)
-            found << link.spelling;
-    }
-    return found;
+    return d->spellings(identifier, &Node::parents);
 }
 
 QStringList WholeOntologySource::children(const QString &identifier)
 {
-    QStringList found;
-    if (const Node *node = d->find(identifier)) {
-        for (const Link &link : node->children)
-            found << link.spelling;
-    }
-    return found;
+    return d->spellings(identifier, &Node::children);
 }
 
 QStringList WholeOntologySource::descendants(const QString &identifier)
